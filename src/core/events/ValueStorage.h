@@ -1,0 +1,62 @@
+// How a value object keeps its value: numbers as they are, texts as a copy, references to
+// cloneable objects as a clone.
+#pragma once
+
+#include "core/text/CharString.h"
+
+#include <memory>
+
+namespace Lathe::Core {
+
+// Numbers: equal means neither less nor greater, so a NaN equals everything and is not stored.
+template <class T>
+class TValueStorage {
+public:
+    using Copy = T;
+
+    TValueStorage() = default;
+    explicit TValueStorage(T value) : m_Value(value) {}
+    T Get() const { return m_Value; }
+    void Set(T value) { m_Value = value; }
+    bool IsEqual(T value) const { return !(value < m_Value) && !(value > m_Value); }
+    T MakeCopy() const { return m_Value; }
+
+private:
+    T m_Value{};
+};
+
+// Texts: equal means equal letters; null counts as the empty text.
+template <>
+class TValueStorage<const char*> {
+public:
+    using Copy = char*;
+
+    TValueStorage() = default;
+    explicit TValueStorage(const char* value) : m_Value(value) {}
+    const char* Get() const { return m_Value.GetText(); }
+    void Set(const char* value) { m_Value = value; }
+    bool IsEqual(const char* value) const { return m_Value == value; }
+    char* MakeCopy() const { return NewText(m_Value.GetText()); }
+
+private:
+    CCharString m_Value;
+};
+
+// Objects with Clone(): never equal, since nothing compares them. Built with a value, which Get
+// needs.
+template <class I>
+class TValueStorage<const I&> {
+public:
+    using Copy = I*;
+
+    explicit TValueStorage(const I& value) : m_Value(value.Clone()) {}
+    const I& Get() const { return *m_Value; }
+    void Set(const I& value) { m_Value.reset(value.Clone()); }
+    bool IsEqual(const I&) const { return false; }
+    I* MakeCopy() const { return m_Value->Clone(); }
+
+private:
+    std::unique_ptr<I> m_Value;
+};
+
+} // namespace Lathe::Core

@@ -1,0 +1,50 @@
+// Holders for classes that must build a member before their other bases: they derive from one.
+#pragma once
+
+#include <memory>
+#include <utility>
+
+namespace Lathe::Core {
+
+// Holds a T by value. The number tells apart several holders of one type among the bases.
+template <class T, int Number = 0>
+class THolder {
+public:
+    template <class... TArguments>
+    explicit THolder(TArguments&&... arguments) : m_Held(std::forward<TArguments>(arguments)...) {}
+
+    T& GetHeld() { return m_Held; }
+    const T& GetHeld() const { return m_Held; }
+
+private:
+    T m_Held;
+};
+
+// Holds a reference to a T that outlives it.
+template <class T, int Number = 0>
+class TRefHolder {
+public:
+    explicit TRefHolder(T& held) : m_Held(held) {}
+
+    T& GetHeld() const { return m_Held; }
+
+private:
+    T& m_Held;
+};
+
+// Destroys its pointee.
+template <class I>
+class OwnedPtr {
+public:
+    OwnedPtr() = default;
+    explicit OwnedPtr(I* pointer) : m_Pointer(pointer) {}
+
+    I* Get() const { return m_Pointer.get(); }
+    I& operator*() const { return *m_Pointer; }
+    I* operator->() const { return m_Pointer.get(); }
+
+private:
+    std::unique_ptr<I> m_Pointer;
+};
+
+} // namespace Lathe::Core

@@ -1,0 +1,41 @@
+// An instance that lives as long as anybody holds it.
+#pragma once
+
+#include "core/Lock.h"
+
+namespace Lathe::Core {
+
+// Each holder counts up, and the first makes the instance; the last one's destruction deletes it.
+// Holders may live on any thread.
+template <class T, class TLock>
+class TSingletonInstance {
+public:
+    TSingletonInstance() {
+        CAutoLock lock(GetLock());
+        if (s_Holders++ == 0)
+            s_Instance = new T; // Deleted by the last holder's destructor.
+    }
+    TSingletonInstance(const TSingletonInstance&) : TSingletonInstance() {}
+    TSingletonInstance& operator=(const TSingletonInstance&) { return *this; }
+    ~TSingletonInstance() {
+        CAutoLock lock(GetLock());
+        if (--s_Holders == 0) {
+            delete s_Instance;
+            s_Instance = nullptr;
+        }
+    }
+
+    T& Get() const { return *s_Instance; }
+
+private:
+    // One lock for all holders: a lock in each holder would exclude nobody.
+    static TLock& GetLock() {
+        static TLock lock;
+        return lock;
+    }
+
+    static inline T* s_Instance = nullptr;
+    static inline int s_Holders = 0;
+};
+
+} // namespace Lathe::Core
