@@ -41,7 +41,7 @@ TSet FromParamValue(double value) {
     else if constexpr (std::is_floating_point_v<TSet>)
         return static_cast<TSet>(value);
     else
-        return static_cast<TSet>(CoreUtilities::TruncateToInt(value));
+        return static_cast<TSet>(Core::TruncateToInt(value));
 }
 template <class TSet>
 TSet FromParamValue(const char* value) {

@@ -10,24 +10,24 @@ namespace {
 
 struct STextPlaceholder {
     std::string_view m_Name;
-    const char* (IConstParamInfo::*m_Getter)() const;
+    const char* (*m_Get)(const IConstParamInfo& info);
 };
 
 struct SNumberPlaceholder {
     std::string_view m_Name;
-    double (IConstParamInfo::*m_Getter)() const;
+    double (*m_Get)(const IConstParamInfo& info);
 };
 
 constexpr STextPlaceholder TextPlaceholders[] = {
-    {"{unit}", &IConstParamInfo::GetUnit},
-    {"{comment}", &IConstParamInfo::GetDescription},
-    {"{name}", &IConstParamInfo::GetName},
+    {"{unit}", [](const IConstParamInfo& info) { return info.GetUnit(); }},
+    {"{comment}", [](const IConstParamInfo& info) { return info.GetDescription(); }},
+    {"{name}", [](const IConstParamInfo& info) { return info.GetName(); }},
 };
 
 constexpr SNumberPlaceholder NumberPlaceholders[] = {
-    {"{min}", &IConstParamInfo::GetMin},
-    {"{max}", &IConstParamInfo::GetMax},
-    {"{default}", &IConstParamInfo::GetDefault},
+    {"{min}", [](const IConstParamInfo& info) { return info.GetMin(); }},
+    {"{max}", [](const IConstParamInfo& info) { return info.GetMax(); }},
+    {"{default}", [](const IConstParamInfo& info) { return info.GetDefault(); }},
 };
 
 } // namespace
@@ -50,14 +50,14 @@ bool CParamDataToText::AppendPlaceholder(std::string_view name, double value,
                                          std::string& text) const {
     for (const STextPlaceholder& row : TextPlaceholders) {
         if (name == row.m_Name) {
-            const char* replacement = (m_Info.*row.m_Getter)();
+            const char* replacement = row.m_Get(m_Info);
             text += replacement ? replacement : "";
             return true;
         }
     }
     for (const SNumberPlaceholder& row : NumberPlaceholders) {
         if (name == row.m_Name) {
-            text += GetNumberText((m_Info.*row.m_Getter)());
+            text += GetNumberText(row.m_Get(m_Info));
             return true;
         }
     }

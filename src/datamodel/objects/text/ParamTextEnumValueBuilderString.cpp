@@ -6,7 +6,7 @@ namespace Lathe::DataModel::Objects {
 
 void CParamTextEnumValueBuilderString::AssignValue(const char* value) {
     CCaptureString::AssignValue(value);
-    m_EnumToText.Set(m_Value.GetText(), CoreUtilities::TruncateToInt(m_ParamInfo->GetMin() + 0.5));
+    m_EnumToText.Set(m_Value.GetText(), Core::TruncateToInt(m_ParamInfo->GetMin() + 0.5));
     m_ParamInfo->SetValueToText(&m_EnumToText, false);
 }
 
