@@ -86,8 +86,9 @@ TEST(Composites, FollowALiveChildAndClonesDoNot) {
     std::unique_ptr<IFunction> clone;
     {
         CFunctionsComposition composition;
-        composition.SetCount(2);
+        composition.SetCount(1);
         composition.SetFunction(0, &live, false);
+        composition.SetCount(50);
         TFunctionsOperation<Product> product;
         product.SetCount(1);
         product.SetFunction(0, &composition, false);
