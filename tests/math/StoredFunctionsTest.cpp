@@ -19,6 +19,7 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -201,10 +202,11 @@ TEST(StoredFunctions, EveryClassIdMakesItsFunction) {
     EXPECT_EQ(CreateObject<IFunction>("{00000000-0000-0000-0000-000000000000}"), nullptr);
     // Fresh operations are all 0, so that their ids tell nothing of what they compute.
     using namespace FunctionsLibrary;
-    EXPECT_STREQ(TFunctionsOperation<Sum>::ClassId(), FunctionCases[31].m_ClassId);
-    EXPECT_STREQ(TFunctionsOperation<Difference>::ClassId(), FunctionCases[32].m_ClassId);
-    EXPECT_STREQ(TFunctionsOperation<Product>::ClassId(), FunctionCases[33].m_ClassId);
-    EXPECT_STREQ(TFunctionsOperation<Division>::ClassId(), FunctionCases[34].m_ClassId);
+    const SCase* operations = std::end(FunctionCases) - 4;
+    EXPECT_STREQ(TFunctionsOperation<Sum>::ClassId(), operations[0].m_ClassId);
+    EXPECT_STREQ(TFunctionsOperation<Difference>::ClassId(), operations[1].m_ClassId);
+    EXPECT_STREQ(TFunctionsOperation<Product>::ClassId(), operations[2].m_ClassId);
+    EXPECT_STREQ(TFunctionsOperation<Division>::ClassId(), operations[3].m_ClassId);
 }
 
 TEST(StoredFunctions, TreesOfAllClassesSurvive) {
