@@ -191,8 +191,9 @@ TEST(XmlDataObject, SurvivesDamagedTexts) {
     const char* given = std::getenv("CAIRN_TEST_SEED");
     const unsigned seed = given ? static_cast<unsigned>(std::atoi(given)) : std::random_device{}();
     SCOPED_TRACE("CAIRN_TEST_SEED=" + std::to_string(seed));
+    using namespace std::string_literals;
     std::mt19937 random(seed);
-    const std::string marks("<>/='\"&;#x!-?[]\xE9\xEF\xBB\0 a1", 24);
+    const std::string marks = "<>/='\"&;#x!-?[]\xE9\xEF\xBB\0 a1"s;
     for (int i = 0; i < 5000; ++i) {
         std::string damaged = whole;
         for (unsigned k = random() % 4 + 1; k > 0; --k)
