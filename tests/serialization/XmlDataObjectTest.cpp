@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <random>
-#include <regex>
 #include <sstream>
 
 namespace Lathe::Serialization::Tests {
@@ -29,7 +28,14 @@ void WriteOneOfEach(IWriteDataStream& output) {
 
 // Without the line breaks and indentation between the marks.
 std::string Flatten(const std::string& text) {
-    return std::regex_replace(text, std::regex("\n *"), "");
+    std::string flat;
+    bool indents = false;
+    for (const char c : text) {
+        indents = c == '\n' || (indents && c == ' ');
+        if (!indents)
+            flat += c;
+    }
+    return flat;
 }
 
 std::string Repeat(const std::string& text, int count) {
