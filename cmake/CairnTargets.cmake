@@ -22,10 +22,6 @@ set(CAIRN_SANITIZER "" CACHE STRING "Sanitizer to build with: address, thread, r
 option(CAIRN_PRECOMPILE "Precompile the headers of the standard library and of the test library" OFF)
 
 add_library(cairn_flags INTERFACE)
-if(CAIRN_PRECOMPILE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    # A time in the precompiled file would keep it, and all that uses it, out of the cache.
-    target_compile_options(cairn_flags INTERFACE "SHELL:-Xclang -fno-pch-timestamp")
-endif()
 target_compile_options(cairn_flags INTERFACE
     -Wall -Wextra -Wshadow -Wconversion -Wnon-virtual-dtor -Werror
     # Float results are the same on every machine: no contraction, no fast-math.
