@@ -8,25 +8,25 @@
 namespace Lathe::Audio::DSP {
 
 template <>
-const char* GetUnsetValue<const char*>() {
+const char* GetUnsetValue<const char*>() LATHE_REALTIME {
     return "";
 }
 
 template <>
-const Math::IFunction& GetUnsetValue<const Math::IFunction&>() {
+const Math::IFunction& GetUnsetValue<const Math::IFunction&>() LATHE_REALTIME {
     static const Math::CConstantFunction zero(0.0);
     return zero;
 }
 
 template <>
-const Math::IBinaryFunction& GetUnsetValue<const Math::IBinaryFunction&>() {
+const Math::IBinaryFunction& GetUnsetValue<const Math::IBinaryFunction&>() LATHE_REALTIME {
     static const Math::CConstantBinaryFunction zero(0.0);
     return zero;
 }
 
 template <>
 const DataModel::Objects::IDynamicPropertyValue&
-GetUnsetValue<const DataModel::Objects::IDynamicPropertyValue&>() {
+GetUnsetValue<const DataModel::Objects::IDynamicPropertyValue&>() LATHE_REALTIME {
     static const DataModel::Objects::CEmptyDynamicPropertyValue empty;
     return empty;
 }
