@@ -1,0 +1,74 @@
+#include "datamodel/objects/text/TextParser.h"
+
+#include "core/text/NumericLocale.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace Lathe::DataModel::Objects {
+
+namespace {
+
+struct SSwitchWord {
+    const char* m_Word;
+    double m_Value;
+};
+
+constexpr SSwitchWord SwitchWords[] = {{"true", 1.0}, {"yes", 1.0}, {"false", 0.0}, {"no", 0.0}};
+
+bool ParseFloat(const char* text, double* value) {
+    const CoreUtilities::CNumericLocaleScope locale;
+    char* end = nullptr;
+    const double number = std::strtod(text, &end);
+    if (end == text)
+        return false;
+    *value = number;
+    return true;
+}
+
+bool ParseInteger(const char* text, double* value) {
+    const CoreUtilities::CNumericLocaleScope locale;
+    char* end = nullptr;
+    const long number = std::strtol(text, &end, 10);
+    if (end == text)
+        return false;
+    *value = static_cast<double>(number);
+    return true;
+}
+
+bool ParseSwitchWord(const char* text, double* value) {
+    for (const SSwitchWord& row : SwitchWords) {
+        if (std::strcmp(text, row.m_Word) == 0) {
+            *value = row.m_Value;
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+bool ParseParamText(const char* text, EParamType type, double* value) {
+    if (!text)
+        return false;
+    if (!IsDiscrete(type))
+        return ParseFloat(text, value);
+    return ParseInteger(text, value) || (IsSwitch(type) && ParseSwitchWord(text, value));
+}
+
+std::string PrintNumber(const char* format, double value) {
+    const CoreUtilities::CNumericLocaleScope locale;
+    // The second pass is for the few texts that the first can't hold.
+    std::string text(64, '\0');
+    const int length = std::snprintf(text.data(), text.size() + 1, format, value);
+    if (length < 0)
+        return {};
+    const bool fits = static_cast<std::size_t>(length) <= text.size();
+    text.resize(static_cast<std::size_t>(length));
+    if (!fits)
+        std::snprintf(text.data(), text.size() + 1, format, value);
+    return text;
+}
+
+} // namespace Lathe::DataModel::Objects
