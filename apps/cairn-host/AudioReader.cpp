@@ -16,6 +16,15 @@ constexpr int kChunkFrames = 4096;
 // Formats that can't know their length promise this much.
 constexpr std::int64_t kUnknownFrameCount = SF_COUNT_MAX;
 
+// Why the library didn't open a file. It takes a header without channels or with a rate of 0 for a
+// fault of its own.
+std::string GetOpenError() {
+    std::string text = sf_strerror(nullptr);
+    if (text.starts_with("Internal error"))
+        return "its header makes no sense, such as a sample rate of 0";
+    return text.substr(0, text.find_last_not_of(". ") + 1);
+}
+
 } // namespace
 
 void CAudioReader::SClose::operator()(sf_private_tag* file) const {
@@ -36,7 +45,7 @@ CStatus CAudioReader::Open(const std::string& path) {
     SF_INFO info = {};
     m_File.reset(sf_open(path.c_str(), SFM_READ, &info));
     if (!m_File)
-        return SFault{path + ": isn't an audio file that can be read: " + sf_strerror(nullptr)};
+        return SFault{path + ": isn't an audio file that can be read: " + GetOpenError()};
     if (info.channels < 1 || info.channels > 2)
         return SFault{path + ": has " + std::to_string(info.channels) +
                       " channels: expected one or two"};

@@ -26,7 +26,7 @@ CStatus COutputFile::Open(const std::string& path) {
         return Fail(ENOENT);
 
     namespace fs = std::filesystem;
-    std::error_code error;
+    std::error_code error; // Not finding the path is no failure.
     const fs::file_status status = fs::status(path, error);
     if (fs::is_directory(status))
         return Fail(EISDIR);
@@ -38,9 +38,12 @@ CStatus COutputFile::Open(const std::string& path) {
         return Fail(errno); // The folder would let a write-protected file be replaced.
 
     // What a link points to is replaced, not the link.
-    const fs::path target = fs::exists(status) ? fs::canonical(path, error) : fs::path(path);
-    if (error)
-        return Fail(error.value());
+    fs::path target = path;
+    if (fs::exists(status)) {
+        target = fs::canonical(path, error);
+        if (error)
+            return Fail(error.value());
+    }
     m_Target = target.string();
     for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
         const fs::path temporary = target.parent_path() / (".cairn-" + std::to_string(::getpid()) +

@@ -23,10 +23,10 @@ struct SCurveRow {
     ELineStyle m_Style;
 };
 constexpr std::array<SCurveRow, 4> kCurveRows = {{
-    {"Frequency Response (Gain dB)", "sum", ELineStyle::Strong},
-    {"Low Frequency Response (Gain dB)", "Low", ELineStyle::Dashed},
-    {"Mid Frequency Response (Gain dB)", "Mid", ELineStyle::Dotted},
-    {"High Frequency Response (Gain dB)", "High", ELineStyle::DashDotted},
+    {"Frequency Response (Gain dB)", "whole channel", ELineStyle::Strong},
+    {"Low Frequency Response (Gain dB)", "low band", ELineStyle::Dashed},
+    {"Mid Frequency Response (Gain dB)", "mid band", ELineStyle::Dotted},
+    {"High Frequency Response (Gain dB)", "high band", ELineStyle::DashDotted},
 }};
 
 struct SChannelRow {
@@ -118,7 +118,7 @@ SPlot MakePlot(const CEqualiser& equaliser, std::vector<double> frequencies, dou
             if (index < 0)
                 continue;
             SPlotSeries series = {std::string(midSide ? row.m_MidSideLabel : row.m_StereoLabel) +
-                                      ", " + curve.m_Label,
+                                      ": " + curve.m_Label,
                                   {row.m_Colour[0], row.m_Colour[1], row.m_Colour[2]},
                                   curve.m_Style,
                                   static_cast<int>(channel),

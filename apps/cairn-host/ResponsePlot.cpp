@@ -229,7 +229,7 @@ private:
         Text(kLeft, 72.0, m_Plot.m_Subtitle, EAlign::Start);
         Text(kWidth - kRight, m_Bottom + 50.0, "Frequency (Hz)", EAlign::End);
         if (m_Plot.m_Nyquist < m_To) {
-            const std::string text = "no signal above " + FrequencyText(m_Plot.m_Nyquist) + " Hz";
+            const std::string text = "no signal above " + FormatNumber(m_Plot.m_Nyquist / 1000.0) + " kHz";
             // Where the mark is too narrow for its text, the text ends at the frame.
             const double x = std::max(ToX(std::max(m_Plot.m_Nyquist, m_From)), kLeft) + 10.0;
             Text(std::min(x, kWidth - kRight - 10.0 - GetWidth(text)), kTop + 24.0, text,
