@@ -3,7 +3,7 @@
 
 #include <limits>
 
-namespace Lathe::CoreUtilities {
+namespace Lathe::Core {
 
 // Truncates towards zero; what lies beyond the range of int gives the nearest int, a NaN gives 0.
 inline int TruncateToInt(double value) {
@@ -15,4 +15,4 @@ inline int TruncateToInt(double value) {
     return value < 0.0 || value > 0.0 ? static_cast<int>(value) : 0;
 }
 
-} // namespace Lathe::CoreUtilities
+} // namespace Lathe::Core

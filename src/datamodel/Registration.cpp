@@ -1,20 +1,22 @@
-// Enters the classes of this library that are made by class id into the objects' factory.
+// Enters the classes of this library that are made by class id into the factory of objects before
+// main.
+
 #include "core/runtime/ObjectsFactory.h"
 #include "datamodel/objects/DynamicPropertyValue.h"
+
+// Whoever links this library names this symbol to the linker, and so keeps this file.
+extern "C" {
+extern const char LatheDataModelRegistration;
+const char LatheDataModelRegistration = 0;
+}
 
 namespace Lathe::DataModel::Objects {
 
 namespace {
 
 const Runtime::CFactoryRegistration<CEmptyDynamicPropertyValue, IDynamicPropertyValue>
-    EmptyDynamicPropertyValueRegistration;
+    EmptyDynamicPropertyValue;
 
 } // namespace
 
 } // namespace Lathe::DataModel::Objects
-
-// Referenced from the linker's command line, so that this file is never left out.
-extern "C" {
-extern const int lathe_datamodel_registration;
-const int lathe_datamodel_registration = 1;
-}

@@ -4,7 +4,7 @@
 #include <clocale>
 #include <locale.h>
 
-namespace Lathe::CoreUtilities {
+namespace Lathe::Core {
 
 // While it lives, the C library's calls on this thread read and print numbers in the locale "C".
 class CNumericLocaleScope {
@@ -24,4 +24,4 @@ private:
     locale_t m_Previous;
 };
 
-} // namespace Lathe::CoreUtilities
+} // namespace Lathe::Core

@@ -23,7 +23,7 @@ public:
     virtual void Copy(const IConstObjectInfo& other) = 0;
 
     IObjectInfo() = default;
-    IObjectInfo(const IObjectInfo& other) : IConstObjectInfo(other) {}
+    IObjectInfo(const IObjectInfo&) = default;
     IObjectInfo& operator=(const IObjectInfo& other) {
         Copy(other);
         return *this;
@@ -35,7 +35,7 @@ public:
 };
 
 // Null texts read back as "".
-class CObjectInfo : public IObjectInfo {
+class CObjectInfo : public virtual IObjectInfo {
 public:
     explicit CObjectInfo(const char* name = nullptr, const char* description = nullptr)
         : m_Name(name), m_Description(description) {}

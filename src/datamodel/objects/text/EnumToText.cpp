@@ -26,8 +26,7 @@ void CEnumToText::Set(const char* names, int firstValue) {
 
 char* CEnumToText::ToText(double value) const {
     // Through 64 bits: the difference of two ints needs not be one.
-    const long long index =
-        static_cast<long long>(CoreUtilities::TruncateToInt(value + 0.5)) - m_FirstValue;
+    const long long index = static_cast<long long>(Core::TruncateToInt(value + 0.5)) - m_FirstValue;
     const bool inside = index >= 0 && index < m_Names.GetCount();
     return Core::NewText(inside ? m_Names[static_cast<int>(index)].GetText() : "Out Of Bounds");
 }

@@ -30,7 +30,7 @@ double RoundToDigits(double value, int digits) {
 
 // The prefix to print, with the value brought to its unit.
 const char* TakePrefix(double& value) {
-    const int thousands = CoreUtilities::TruncateToInt(std::log10(value)) / 3;
+    const int thousands = Core::TruncateToInt(std::log10(value)) / 3;
     // Zero, negative and infinite values end up outside.
     if (thousands < FirstPrefix || thousands > LastPrefix)
         return "";

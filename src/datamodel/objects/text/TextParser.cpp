@@ -18,7 +18,7 @@ struct SSwitchWord {
 constexpr SSwitchWord SwitchWords[] = {{"true", 1.0}, {"yes", 1.0}, {"false", 0.0}, {"no", 0.0}};
 
 bool ParseFloat(const char* text, double* value) {
-    const CoreUtilities::CNumericLocaleScope locale;
+    const Core::CNumericLocaleScope locale;
     char* end = nullptr;
     const double number = std::strtod(text, &end);
     if (end == text)
@@ -28,7 +28,7 @@ bool ParseFloat(const char* text, double* value) {
 }
 
 bool ParseInteger(const char* text, double* value) {
-    const CoreUtilities::CNumericLocaleScope locale;
+    const Core::CNumericLocaleScope locale;
     char* end = nullptr;
     const long number = std::strtol(text, &end, 10);
     if (end == text)
@@ -58,7 +58,7 @@ bool ParseParamText(const char* text, EParamType type, double* value) {
 }
 
 std::string PrintNumber(const char* format, double value) {
-    const CoreUtilities::CNumericLocaleScope locale;
+    const Core::CNumericLocaleScope locale;
     // The second pass is for the few texts that the first can't hold.
     std::string text(64, '\0');
     const int length = std::snprintf(text.data(), text.size() + 1, format, value);

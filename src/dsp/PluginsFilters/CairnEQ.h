@@ -1,0 +1,76 @@
+// One channel of the equaliser: a pre-gain, a peak band and two shelves, driven by six parameters
+// in the user's terms. The shelves sit half a bandwidth below and above the peak.
+#pragma once
+
+#include "core/containers/ValueVector.h"
+#include "dsp/BaseCoreDSPFilter.h"
+#include "dsp/filters/Gain.h"
+#include "dsp/filters/PeakFilter.h"
+#include "dsp/filters/ShelfFilter.h"
+#include "dsp/properties/FilterPropertiesVariations.h"
+#include "math/FunctionsComposition.h"
+#include "math/FunctionsOperation.h"
+
+namespace PluginsFilters {
+
+namespace Core = Lathe::Core;
+namespace CoreUtilities = Lathe::CoreUtilities;
+namespace DSP = Lathe::Audio::DSP;
+namespace Math = Lathe::Math;
+
+// Signal order: pre-gain, peak, low shelf, high shelf; only the first stage reads the input, the
+// others work in place on the output.
+class CCairnEQ : public DSP::CBaseCoreDSPFilter {
+public:
+    CCairnEQ();
+    CCairnEQ(const CCairnEQ& other);
+    CCairnEQ& operator=(const CCairnEQ&) = delete;
+
+    CCairnEQ* Clone() const override { return new CCairnEQ(*this); }
+    const DSP::IConstFilterProductInfo& GetProductInfo() const override;
+    const DSP::IProcessInfo& GetProcessInfo() const LATHE_REALTIME override;
+    void Init(double sampleRate, const DSP::CFilterInitInfo& info) override;
+    bool UpdateOutputs() LATHE_REALTIME override;
+    // Gain, gain in dB, gain in dB of low, mid and high, phase in turns.
+    const DSP::IConstCurves& GetOutputCurves() const LATHE_REALTIME override {
+        return m_OutputCurves;
+    }
+    DSP::IDirtyFlags& GetOutputCurvesDirty() LATHE_REALTIME override { return m_OutputCurvesDirty; }
+
+protected:
+    void OnInputParamsChanged(const DSP::IConstParamsValues& values) LATHE_REALTIME override;
+    void OnSilence(int samples) LATHE_REALTIME override;
+    void OnReset() LATHE_REALTIME override;
+    void OnResetOutputCurves() LATHE_REALTIME override;
+    void ProcessStreams(const DSP::IConstAudioStreams& inputs, DSP::IAudioStreams& outputs,
+                        int samples, const DSP::IConstFilterPropertiesVariations* variations)
+        LATHE_REALTIME override;
+
+private:
+    struct SStage;
+
+    void WireOutputs();
+    void WireResponses() LATHE_REALTIME;
+    const DSP::IConstFilterPropertiesVariations*
+    TranslateVariations(const SStage& stage,
+                        const DSP::IConstFilterPropertiesVariations* variations, int samples)
+        LATHE_REALTIME;
+
+    DSP::Filters::CGain m_Gain{1};
+    DSP::Filters::CLowShelfFilter m_LowShelf{1};
+    DSP::Filters::CPeakFilter m_Peak{1};
+    DSP::Filters::CHighShelfFilter m_HighShelf{1};
+    // Scratch: the variations of the stage being run.
+    DSP::CFilterPropertiesVariations m_StageVariations;
+    DSP::CDynamicParamsValues m_StageParams{3};
+
+    CoreUtilities::TPointersValueVector<Math::IFunction> m_OutputCurves{6};
+    Math::TFunctionsOperation<&Math::FunctionsLibrary::Product> m_GainResponse;
+    Math::CFunctionsComposition m_GainResponsedB;
+    Math::TFunctionsOperation<&Math::FunctionsLibrary::Sum> m_PhaseResponse;
+    CoreUtilities::TCollection<Core::CDirty, Core::IDirty> m_OutputCurvesDirty{6};
+    // Since the last OnResetOutputCurves.
+    bool m_ParamsChanged = false;
+};
+
+} // namespace PluginsFilters

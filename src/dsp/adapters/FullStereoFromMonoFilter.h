@@ -1,0 +1,99 @@
+// Two instances of a mono filter, each with input parameters of its own.
+#pragma once
+
+#include "dsp/adapters/StereoFromMonoFilter.h"
+
+namespace Lathe::Audio::DSP {
+
+// The inputs of the left instance come first, those of the right one after them; custom properties
+// are those of the left.
+template <class F>
+class TFullStereoFromMonoFilter : public TStereoFromMonoFilter<F> {
+public:
+    TFullStereoFromMonoFilter* Clone() const override {
+        return new TFullStereoFromMonoFilter(*this);
+    }
+
+    const IConstParamInfos& GetInputParamsInfo() const LATHE_REALTIME override {
+        return m_InputParamsInfo;
+    }
+    const IConstStringInfos& GetInputStringsInfo() const LATHE_REALTIME override {
+        return m_InputStringsInfo;
+    }
+    const IConstCurveInfos& GetInputCurvesInfo() const LATHE_REALTIME override {
+        return m_InputCurvesInfo;
+    }
+    const IConstSurfaceInfos& GetInputSurfacesInfo() const LATHE_REALTIME override {
+        return m_InputSurfacesInfo;
+    }
+    const IConstCustomPropertyInfos& GetInputCustomPropertiesInfo() const LATHE_REALTIME override {
+        return this->m_Left.GetInputCustomPropertiesInfo();
+    }
+
+    void SetInputValues(const IConstFilterProperties& values) LATHE_REALTIME override {
+        CFilterPropertiesAdapter channel;
+        channel.Attach(values);
+        channel.SetChannel(this->m_Left, 0);
+        this->m_Left.SetInputValues(channel);
+        channel.SetChannel(this->m_Left, 1);
+        this->m_Right.SetInputValues(channel);
+    }
+
+    void Process(const CFilterProcessData& data) LATHE_REALTIME override {
+        RunChannels(data, this->m_ProcessVariations,
+                    [](F& filter, const CFilterProcessData& channelData) {
+                        filter.Process(channelData);
+                        return true;
+                    });
+    }
+    bool ProcessSilence(const CFilterProcessData& data) LATHE_REALTIME override {
+        return RunChannels(data, this->m_SilenceVariations,
+                           [](F& filter, const CFilterProcessData& channelData) {
+                               return filter.ProcessSilence(channelData);
+                           });
+    }
+
+private:
+    // True when either channel's run was.
+    template <class TRun>
+    bool RunChannels(const CFilterProcessData& data, CFilterPropertiesVariationsAdapter& variations,
+                     TRun run) LATHE_REALTIME {
+        if (data.m_pVariations)
+            variations.Attach(*data.m_pVariations);
+        const bool left = RunChannel(data, variations, this->m_Left, 0, run);
+        const bool right = RunChannel(data, variations, this->m_Right, 1, run);
+        return left || right;
+    }
+
+    template <class TRun>
+    bool RunChannel(const CFilterProcessData& data, CFilterPropertiesVariationsAdapter& variations,
+                    F& filter, int channel, TRun run) LATHE_REALTIME {
+        const bool hasInput =
+            data.m_pInputs && this->m_ProcessInfo.GetInputs().GetCount() > channel;
+        const bool hasOutput =
+            data.m_pOutputs && this->m_ProcessInfo.GetOutputs().GetCount() > channel;
+        const CConstAudioStreamToStreams input(hasInput ? &data.m_pInputs->GetElement(channel)
+                                                        : nullptr);
+        CAudioStreamToStreams output(hasOutput ? &data.m_pOutputs->GetElement(channel) : nullptr,
+                                     false);
+        CFilterProcessData channelData = data;
+        channelData.m_pInputs = &input;
+        channelData.m_pOutputs = &output;
+        if (data.m_pVariations) {
+            variations.SetChannel(filter, channel);
+            channelData.m_pVariations = &variations;
+        }
+        return run(filter, channelData);
+    }
+
+    TMonoToStereoInfo<CParamInfo, IConstParamInfo> m_InputParamsInfo{
+        this->m_Left.GetInputParamsInfo()};
+    TMonoToStereoInfo<CStringInfo, IConstStringInfo> m_InputStringsInfo{
+        this->m_Left.GetInputStringsInfo()};
+    TMonoToStereoInfo<CCurveInfo, IConstCurveInfo> m_InputCurvesInfo{
+        this->m_Left.GetInputCurvesInfo()};
+    TMonoToStereoInfo<CSurfaceInfo, IConstSurfaceInfo> m_InputSurfacesInfo{
+        this->m_Left.GetInputSurfacesInfo()};
+};
+
+} // namespace Lathe::Audio::DSP

@@ -1,0 +1,154 @@
+#include "dsp/filters/BiquadFilter.h"
+
+#include "dsp/filters/BiquadSample.h"
+#include "dsp/filters/ResponseCurves.h"
+#include "dsp/properties/FilterPropertiesVariations.h"
+#include "math/FunctionsLibrary.h"
+#include "math/PlainFunction.h"
+
+#include <algorithm>
+
+namespace Lathe::Audio::DSP::Filters {
+
+namespace {
+
+const CCurveInfos& GetBiquadCurves() {
+    static const CCurveInfos curves = [] {
+        CCurveInfos infos(3);
+        const CParamInfo& axis = GetFrequencyAxis();
+        DescribeResponse(infos[0], "Frequency Response (Gain)", axis, EResponse::Gain, "dB");
+        DescribeResponse(infos[1], "Frequency Response (Gain dB)", axis, EResponse::GaindB);
+        DescribeResponse(infos[2], "Frequency Response (Phase)", axis, EResponse::Phase);
+        return infos;
+    }();
+    return curves;
+}
+
+// NaN is no change.
+bool Differs(double a, double b) {
+    return a < b || a > b;
+}
+
+} // namespace
+
+CBiquadFilter::CBiquadFilter(int channels)
+    : m_Cursors(channels),
+      m_InputChannels(channels),
+      m_OutputChannels(channels),
+      m_ProcessInfo(channels, channels),
+      m_History(static_cast<std::size_t>(channels)) {
+    m_OutputCurvesInfo = GetBiquadCurves();
+    WireOutputs();
+}
+
+CBiquadFilter::CBiquadFilter(const CBiquadFilter& other)
+    : CBaseCoreDSPFilter(other),
+      m_Cursors(other.m_Cursors),
+      m_RecomputeMask(other.m_RecomputeMask),
+      m_InputChannels(other.m_InputChannels),
+      m_OutputChannels(other.m_OutputChannels),
+      m_ProcessInfo(other.m_ProcessInfo),
+      m_Coefficients(other.m_Coefficients),
+      m_History(other.m_History),
+      m_InvSampleRate(other.m_InvSampleRate),
+      m_GainResponse(other.m_GainResponse),
+      m_PhaseResponse(other.m_PhaseResponse),
+      m_CoefficientsChanged(other.m_CoefficientsChanged),
+      m_OutputCurvesDirty(other.m_OutputCurvesDirty) {
+    WireOutputs();
+}
+
+void CBiquadFilter::WireOutputs() {
+    m_GainResponsedB.SetCount(2);
+    m_GainResponsedB.SetFunction(0, &m_GainResponse, false);
+    m_GainResponsedB.SetFunction(1, &Math::TFunction<&Math::FunctionsLibrary::TodB>::GetInstance(),
+                                 false);
+    m_OutputCurves.SetPointer(0, &m_GainResponse);
+    m_OutputCurves.SetPointer(1, &m_GainResponsedB);
+    m_OutputCurves.SetPointer(2, &m_PhaseResponse);
+}
+
+bool CBiquadFilter::UpdateOutputs() {
+    if (!m_CoefficientsChanged)
+        return false;
+    m_CoefficientsChanged = false;
+    const bool gainChanged = UpdateResponse(m_GainResponse);
+    const bool phaseChanged = UpdateResponse(m_PhaseResponse);
+    if (gainChanged) {
+        m_OutputCurvesDirty[0].SetDirty();
+        m_OutputCurvesDirty[1].SetDirty();
+    }
+    if (phaseChanged)
+        m_OutputCurvesDirty[2].SetDirty();
+    return gainChanged || phaseChanged;
+}
+
+bool CBiquadFilter::UpdateResponse(Algorithm::CBiquadFrequencyResponse& response) {
+    response.m_InvSampleRate = m_InvSampleRate;
+    const SBiquadCoefficients& c = m_Coefficients;
+    if (!Differs(c.m_b0, response.m_InputCoeff0) && !Differs(c.m_b1, response.m_InputCoeff1) &&
+        !Differs(c.m_b2, response.m_InputCoeff2) && !Differs(c.m_a1, response.m_OutputCoeff1) &&
+        !Differs(c.m_a2, response.m_OutputCoeff2))
+        return false;
+    response.m_InputCoeff0 = c.m_b0;
+    response.m_InputCoeff1 = c.m_b1;
+    response.m_InputCoeff2 = c.m_b2;
+    response.m_OutputCoeff1 = c.m_a1;
+    response.m_OutputCoeff2 = c.m_a2;
+    return true;
+}
+
+void CBiquadFilter::OnSilence(int samples) {
+    if (samples > 0)
+        OnReset();
+}
+
+void CBiquadFilter::OnInit(const CFilterInitInfo&) {
+    m_InvSampleRate = m_SampleRate != 0.0 ? 1.0 / m_SampleRate : 0.0;
+}
+
+void CBiquadFilter::OnReset() {
+    std::fill(m_History.begin(), m_History.end(), SBiquadHistory());
+}
+
+void CBiquadFilter::ProcessBlock(const CFilterProcessData& data) {
+    if (!data.m_pInputs || !data.m_pOutputs || data.m_pInputs->GetCount() < m_InputChannels ||
+        data.m_pOutputs->GetCount() < m_OutputChannels)
+        return;
+    int rampOrders = 0;
+    if (data.m_pVariations) {
+        SetInputValues(data.m_pVariations->GetStart());
+        const IConstRates& rates = data.m_pVariations->GetVariations(Params);
+        rampOrders = std::min(rates.GetCount(), MaxRampOrders);
+        for (int order = 1; order <= rampOrders; ++order)
+            SetRampOrder(order, rates.GetElement(order - 1));
+    }
+    m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
+    if (rampOrders > 0)
+        ProcessRampedFrames(data.m_SamplesCount, rampOrders);
+    else
+        ProcessSteadyFrames(data.m_SamplesCount);
+    if (data.m_pVariations)
+        SetInputValues(data.m_pVariations->GetEnd());
+}
+
+void CBiquadFilter::ProcessSteadyFrames(int samples) {
+    const SBiquadCoefficients coefficients = m_Coefficients;
+    if (m_Cursors.IsContiguousMono()) {
+        const float* input = m_Cursors.m_Inputs[0];
+        float* output = m_Cursors.m_Outputs[0];
+        SBiquadHistory history = m_History[0];
+        for (int i = 0; i < samples; ++i)
+            output[i] = ProcessSample(coefficients, history, input[i]);
+        m_History[0] = history;
+        return;
+    }
+    for (int i = 0; i < samples; ++i) {
+        m_Cursors.ReadFrame();
+        for (std::size_t c = 0; c < m_History.size(); ++c)
+            m_Cursors.m_Frame[c] = ProcessSample(coefficients, m_History[c], m_Cursors.m_Frame[c]);
+        m_Cursors.WriteFrame();
+    }
+}
+
+} // namespace Lathe::Audio::DSP::Filters

@@ -1,0 +1,143 @@
+#include "dsp/filters/Gain.h"
+
+#include "datamodel/objects/text/ParamValueToText.h"
+#include "dsp/FilterProductInfo.h"
+#include "dsp/filters/Denormal.h"
+#include "dsp/filters/ResponseCurves.h"
+#include "dsp/properties/FilterPropertiesVariations.h"
+#include "math/FunctionsLibrary.h"
+
+#include <algorithm>
+
+namespace Lathe::Audio::DSP::Filters {
+
+using DataModel::Objects::CParamValueToText;
+using DataModel::Objects::EParamType;
+
+namespace {
+
+const CParamInfos& GetGainParams() {
+    static const CParamInfos params = [] {
+        CParamInfos infos(1);
+        infos[0] = CParamInfo(EParamType::Float, -60.0, 60.0, 0.0, "Gain", "dB", "",
+                              new CParamValueToText("%+.1f", false, "{value}"), nullptr);
+        return infos;
+    }();
+    return params;
+}
+
+const CCurveInfos& GetGainCurves() {
+    static const CCurveInfos curves = [] {
+        CCurveInfos infos(2);
+        DescribeResponse(infos[0], "Frequency Response (Gain)", GetFrequencyAxis(), EResponse::Gain,
+                         "dB");
+        DescribeResponse(infos[1], "Frequency Response (Phase)", GetFrequencyAxis(),
+                         EResponse::Phase);
+        return infos;
+    }();
+    return curves;
+}
+
+float Scale(float gain, float sample) {
+    const float scaled = gain * sample;
+    return IsZeroOrDenormal(scaled) ? 0.0f : scaled;
+}
+
+} // namespace
+
+CGain::CGain(int channels)
+    : m_Cursors(channels),
+      m_InputChannels(channels),
+      m_OutputChannels(channels),
+      m_ProcessInfo(channels, channels) {
+    m_InputParamsInfo = GetGainParams();
+    m_OutputCurvesInfo = GetGainCurves();
+    WireOutputs();
+}
+
+CGain::CGain(const CGain& other)
+    : CBaseCoreDSPFilter(other),
+      m_Cursors(other.m_Cursors),
+      m_InputChannels(other.m_InputChannels),
+      m_OutputChannels(other.m_OutputChannels),
+      m_ProcessInfo(other.m_ProcessInfo),
+      m_Gain(other.m_Gain),
+      m_GainFunction(other.m_GainFunction),
+      m_PhaseFunction(other.m_PhaseFunction),
+      m_OutputCurvesDirty(other.m_OutputCurvesDirty) {
+    WireOutputs();
+}
+
+void CGain::WireOutputs() {
+    m_OutputCurves.SetPointer(0, &m_GainFunction);
+    m_OutputCurves.SetPointer(1, &m_PhaseFunction);
+}
+
+const IConstFilterProductInfo& CGain::GetProductInfo() const {
+    static const CFilterProductInfo info("Marrow Sound", "Marrow's Gain", "2.0", "", "", 9, "");
+    return info;
+}
+
+bool CGain::UpdateOutputs() {
+    m_PhaseFunction.SetValue(0.0);
+    const double gain = m_Gain[0];
+    if (!(gain < m_GainFunction.GetValue()) && !(gain > m_GainFunction.GetValue()))
+        return false;
+    m_GainFunction.SetValue(gain);
+    m_OutputCurvesDirty[0].SetDirty();
+    return true;
+}
+
+void CGain::OnInputParamsChanged(const IConstParamsValues& values) {
+    if (m_SampleRate != 0.0 && values.GetCount() == 1)
+        m_Gain[0] = static_cast<float>(Math::FunctionsLibrary::FromdB(values.GetValue(0)));
+}
+
+void CGain::ProcessBlock(const CFilterProcessData& data) {
+    if (!data.m_pInputs || !data.m_pOutputs || data.m_pInputs->GetCount() < m_InputChannels ||
+        data.m_pOutputs->GetCount() < m_OutputChannels)
+        return;
+    int rampOrders = 0;
+    if (data.m_pVariations) {
+        SetInputValues(data.m_pVariations->GetStart());
+        rampOrders = SetRamp(*data.m_pVariations);
+    }
+    m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
+    ProcessFrames(data.m_SamplesCount, rampOrders);
+    if (data.m_pVariations)
+        SetInputValues(data.m_pVariations->GetEnd());
+}
+
+int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {
+    const IConstRates& rates = variations.GetVariations(Params);
+    const int orders = std::min(rates.GetCount(), MaxRampOrders);
+    for (int order = 0; order < orders; ++order) {
+        const IConstParamsValues& rate = rates.GetElement(order);
+        // A slope in dB is a ratio per sample.
+        if (rate.GetCount() == 1)
+            m_Gain[static_cast<std::size_t>(order) + 1] =
+                static_cast<float>(Math::FunctionsLibrary::FromdB(rate.GetValue(0)));
+    }
+    return orders;
+}
+
+void CGain::ProcessFrames(int samples, int rampOrders) {
+    if (rampOrders == 0 && m_Cursors.IsContiguousMono()) {
+        const float* input = m_Cursors.m_Inputs[0];
+        float* output = m_Cursors.m_Outputs[0];
+        const float gain = m_Gain[0];
+        for (int i = 0; i < samples; ++i)
+            output[i] = Scale(gain, input[i]);
+        return;
+    }
+    for (int i = 0; i < samples; ++i) {
+        m_Cursors.ReadFrame();
+        for (float& sample : m_Cursors.m_Frame)
+            sample = Scale(m_Gain[0], sample);
+        m_Cursors.WriteFrame();
+        for (auto order = static_cast<std::size_t>(rampOrders); order > 0; --order)
+            m_Gain[order - 1] *= m_Gain[order];
+    }
+}
+
+} // namespace Lathe::Audio::DSP::Filters

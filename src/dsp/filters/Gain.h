@@ -1,0 +1,55 @@
+// The gain stage: one multiplication a sample, with a ramp in ratios.
+#pragma once
+
+#include "core/containers/ValueVector.h"
+#include "dsp/BaseCoreDSPFilter.h"
+#include "dsp/filters/ChannelCursors.h"
+#include "math/Constant.h"
+
+#include <array>
+
+namespace Lathe::Audio::DSP::Filters {
+
+class CGain : public CBaseCoreDSPFilter {
+public:
+    explicit CGain(int channels);
+    CGain(const CGain& other);
+    CGain& operator=(const CGain&) = delete;
+
+    CGain* Clone() const override { return new CGain(*this); }
+    const IConstFilterProductInfo& GetProductInfo() const override;
+    const IProcessInfo& GetProcessInfo() const LATHE_REALTIME override { return m_ProcessInfo; }
+    bool UpdateOutputs() LATHE_REALTIME override;
+    // Linear gain, phase.
+    const IConstCurves& GetOutputCurves() const LATHE_REALTIME override { return m_OutputCurves; }
+    IDirtyFlags& GetOutputCurvesDirty() LATHE_REALTIME override { return m_OutputCurvesDirty; }
+
+    // One value, the gain in dB; ignored before Init and with any other number of values.
+    void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
+
+protected:
+    void ProcessBlock(const CFilterProcessData& data) LATHE_REALTIME override;
+
+private:
+    // Room for the gain and two orders of ramp.
+    static constexpr int MaxRampOrders = 2;
+
+    void WireOutputs();
+    // Returns the number of orders.
+    int SetRamp(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+    void ProcessFrames(int samples, int rampOrders) LATHE_REALTIME;
+
+    CChannelCursors m_Cursors;
+    int m_InputChannels;
+    int m_OutputChannels;
+    CProcessInfo m_ProcessInfo;
+    // The linear gain, followed by the ratio per sample of each ramp order.
+    std::array<float, 1 + MaxRampOrders> m_Gain{1.0f, 1.0f, 1.0f};
+
+    Math::CConstantFunction m_GainFunction{1.0};
+    Math::CConstantFunction m_PhaseFunction{0.0};
+    CoreUtilities::TCollection<Core::CDirty, Core::IDirty> m_OutputCurvesDirty{2};
+    CoreUtilities::TPointersValueVector<Math::IFunction> m_OutputCurves{2};
+};
+
+} // namespace Lathe::Audio::DSP::Filters

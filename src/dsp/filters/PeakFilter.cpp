@@ -1,0 +1,86 @@
+#include "dsp/filters/PeakFilter.h"
+
+#include "dsp/FilterProductInfo.h"
+#include "dsp/filters/BiquadRamp.h"
+#include "math/FunctionsLibrary.h"
+
+#include <cmath>
+
+namespace Lathe::Audio::DSP::Filters {
+
+using DataModel::Objects::EParamType;
+
+namespace {
+
+constexpr int s_ParamsCount = 3;
+
+const CParamInfos& GetPeakParams() {
+    static const CParamInfos params = [] {
+        CParamInfos infos(s_ParamsCount);
+        infos[0] = CParamInfo(EParamType::Float, 20.0, 16000.0, 500.0, "Frequency", "Hz", "",
+                              nullptr, nullptr);
+        infos[1] = CParamInfo(EParamType::Float, static_cast<double>(0.01f), 5.0, 1.0, "Bandwidth",
+                              "Octave", "", nullptr, nullptr);
+        infos[2] =
+            CParamInfo(EParamType::Float, -40.0, 40.0, 0.0, "Gain", "dB", "", nullptr, nullptr);
+        return infos;
+    }();
+    return params;
+}
+
+} // namespace
+
+CPeakFilter::CPeakFilter(int channels) : CBiquadFilter(channels) {
+    m_InputParamsInfo = GetPeakParams();
+}
+
+const IConstFilterProductInfo& CPeakFilter::GetProductInfo() const {
+    static const CFilterProductInfo info("Marrow Sound", "Peak Filter", "1.0", "", "", 9, "");
+    return info;
+}
+
+void CPeakFilter::OnInputParamsChanged(const IConstParamsValues& values) {
+    if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
+        return;
+    m_Values[0] = Convert(values);
+    SetCoefficients(ComputeCoefficients());
+}
+
+void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
+    if (rates.GetCount() == s_ParamsCount)
+        m_Values[static_cast<std::size_t>(order)] = Convert(rates);
+}
+
+CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) const {
+    return {values.GetValue(0) * m_InvSampleRate * 6.283185307179586, values.GetValue(1) * 0.5,
+            Math::FunctionsLibrary::FromdB(0.5 * values.GetValue(2))};
+}
+
+void CPeakFilter::AdvanceRamp(int orders) {
+    for (auto order = static_cast<std::size_t>(orders); order > 0; --order) {
+        m_Values[order - 1].m_Omega += m_Values[order].m_Omega;
+        m_Values[order - 1].m_HalfBandwidth += m_Values[order].m_HalfBandwidth;
+        m_Values[order - 1].m_A *= m_Values[order].m_A;
+    }
+}
+
+// The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
+// the bandwidth.
+SBiquadCoefficients CPeakFilter::ComputeCoefficients() const {
+    const auto& [w, halfBandwidth, a] = m_Values[0];
+    const double alpha = std::sin(w) * halfBandwidth;
+    const double r = 1.0 / (alpha / a + 1.0);
+    SBiquadCoefficients c;
+    c.m_b0 = (a * alpha + 1.0) * r;
+    c.m_b1 = -2.0 * std::cos(w) * r;
+    c.m_b2 = (1.0 - a * alpha) * r;
+    c.m_a1 = -c.m_b1;
+    c.m_a2 = (alpha / a - 1.0) * r;
+    return c;
+}
+
+void CPeakFilter::ProcessRampedFrames(int samples, int rampOrders) {
+    ProcessRamped(*this, samples, rampOrders);
+}
+
+} // namespace Lathe::Audio::DSP::Filters

@@ -1,0 +1,118 @@
+#include "dsp/filters/ShelfFilter.h"
+
+#include "dsp/FilterProductInfo.h"
+#include "dsp/filters/BiquadRamp.h"
+#include "math/FunctionsLibrary.h"
+
+#include <cmath>
+
+namespace Lathe::Audio::DSP::Filters {
+
+using DataModel::Objects::EParamType;
+
+namespace {
+
+constexpr int s_ParamsCount = 2;
+constexpr double s_Sqrt2 = 1.4142135623730951;
+
+const CParamInfos& GetShelfParams() {
+    static const CParamInfos params = [] {
+        CParamInfos infos(s_ParamsCount);
+        infos[0] = CParamInfo(EParamType::Float, 10.0, 22000.0, 500.0, "Frequency", "Hz", "",
+                              nullptr, nullptr);
+        infos[1] =
+            CParamInfo(EParamType::Float, -40.0, 40.0, 0.0, "Gain", "dB", "", nullptr, nullptr);
+        return infos;
+    }();
+    return params;
+}
+
+} // namespace
+
+CShelfFilter::CShelfFilter(int channels) : CBiquadFilter(channels) {
+    m_InputParamsInfo = GetShelfParams();
+}
+
+void CShelfFilter::OnInputParamsChanged(const IConstParamsValues& values) {
+    if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
+        return;
+    m_Values[0] = Convert(values);
+    RecomputeCoefficients();
+}
+
+void CShelfFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
+    if (rates.GetCount() == s_ParamsCount)
+        m_Values[static_cast<std::size_t>(order)] = Convert(rates);
+}
+
+CShelfFilter::SValues CShelfFilter::Convert(const IConstParamsValues& values) const {
+    return {values.GetValue(0) * m_InvSampleRate * 6.283185307179586,
+            Math::FunctionsLibrary::FromdB(values.GetValue(1) * 0.25)};
+}
+
+void CShelfFilter::AdvanceRamp(int orders) {
+    for (auto order = static_cast<std::size_t>(orders); order > 0; --order) {
+        m_Values[order - 1].m_Omega += m_Values[order].m_Omega;
+        m_Values[order - 1].m_SqrtA *= m_Values[order].m_SqrtA;
+    }
+}
+
+const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
+    static const CFilterProductInfo info("Marrow Sound", "Low Shelf Filter", "1.0", "", "", 9, "");
+    return info;
+}
+
+void CLowShelfFilter::RecomputeCoefficients() {
+    SetCoefficients(ComputeCoefficients());
+}
+
+// The low shelf of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1.
+SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
+    const auto& [w, sqrtA] = m_Values[0];
+    const double a = sqrtA * sqrtA;
+    const double beta = std::sin(w) * sqrtA * s_Sqrt2;
+    const double cosW = std::cos(w);
+    const double r = 1.0 / ((a + 1.0) + (a - 1.0) * cosW + beta);
+    SBiquadCoefficients c;
+    c.m_b0 = a * ((a + 1.0) - (a - 1.0) * cosW + beta) * r;
+    c.m_b1 = 2.0 * a * ((a - 1.0) - (a + 1.0) * cosW) * r;
+    c.m_b2 = a * ((a + 1.0) - (a - 1.0) * cosW - beta) * r;
+    c.m_a1 = 2.0 * ((a - 1.0) + (a + 1.0) * cosW) * r;
+    c.m_a2 = -((a + 1.0) + (a - 1.0) * cosW - beta) * r;
+    return c;
+}
+
+void CLowShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
+    ProcessRamped(*this, samples, rampOrders);
+}
+
+const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
+    static const CFilterProductInfo info("Marrow Sound", "High Shelf Filter", "1.0", "", "", 9, "");
+    return info;
+}
+
+void CHighShelfFilter::RecomputeCoefficients() {
+    SetCoefficients(ComputeCoefficients());
+}
+
+// The high shelf of the same source.
+SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
+    const auto& [w, sqrtA] = m_Values[0];
+    const double a = sqrtA * sqrtA;
+    const double beta = std::sin(w) * sqrtA * s_Sqrt2;
+    const double cosW = std::cos(w);
+    const double r = 1.0 / ((a + 1.0) - (a - 1.0) * cosW + beta);
+    SBiquadCoefficients c;
+    c.m_b0 = a * ((a + 1.0) + (a - 1.0) * cosW + beta) * r;
+    c.m_b1 = -2.0 * a * ((a - 1.0) + (a + 1.0) * cosW) * r;
+    c.m_b2 = a * ((a + 1.0) + (a - 1.0) * cosW - beta) * r;
+    c.m_a1 = -2.0 * ((a - 1.0) - (a + 1.0) * cosW) * r;
+    c.m_a2 = -((a + 1.0) - (a - 1.0) * cosW - beta) * r;
+    return c;
+}
+
+void CHighShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
+    ProcessRamped(*this, samples, rampOrders);
+}
+
+} // namespace Lathe::Audio::DSP::Filters

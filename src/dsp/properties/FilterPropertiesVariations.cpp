@@ -1,0 +1,75 @@
+#include "dsp/properties/FilterPropertiesVariations.h"
+
+#include <algorithm>
+
+namespace Lathe::Audio::DSP {
+
+CFilterPropertiesVariations::CFilterPropertiesVariations(const CFilterPropertiesVariations& other)
+    : m_Start(other.m_Start), m_End(other.m_End), m_Rates(other.m_Rates) {
+    Aim(other);
+}
+
+CFilterPropertiesVariations&
+CFilterPropertiesVariations::operator=(const CFilterPropertiesVariations& other) {
+    if (this == &other)
+        return *this;
+    m_Start = other.m_Start;
+    m_End = other.m_End;
+    m_Rates = other.m_Rates;
+    Aim(other);
+    return *this;
+}
+
+void CFilterPropertiesVariations::Aim(const CFilterPropertiesVariations& other) {
+    const bool swapped = other.m_pStart == &other.m_End;
+    m_pStart = swapped ? &m_End : &m_Start;
+    m_pEnd = swapped ? &m_Start : &m_End;
+}
+
+void CFilterPropertiesVariations::Setup(const IFilter& filter, int maxOrder) {
+    m_Start.Setup(filter);
+    m_End.Setup(filter);
+    // ComputeRates uses one order whatever the filter was promised.
+    const int room = std::max(maxOrder, 1);
+    for (int kind = 0; kind < InputKinds; ++kind) {
+        CRates& rates = GetRates(kind);
+        rates.SetCount(room);
+        for (int order = 0; order < room; ++order)
+            rates[order].SetCount(GetInputsCount(kind));
+        rates.SetCount(std::max(maxOrder, 0));
+    }
+}
+
+void CFilterPropertiesVariations::ComputeRates(int samples) {
+    const double perSample = samples != 0 ? 1.0 / samples : 0.0;
+    for (int kind = 0; kind < InputKinds; ++kind) {
+        CRates& rates = GetRates(kind);
+        if (!IsAnyDirty(*m_pEnd, kind)) {
+            rates.SetCount(0);
+            continue;
+        }
+        const IConstDirtyFlags& dirty = GetEnd().GetDirty(kind);
+        const int count = GetInputsCount(kind);
+        rates.SetCount(1);
+        rates[0].SetCount(count);
+        for (int i = 0; i < count; ++i) {
+            double rate = 0.0;
+            if (dirty.GetElement(i).IsDirty()) {
+                rate =
+                    kind == Params
+                        ? (GetEnd().GetParams().GetValue(i) - GetStart().GetParams().GetValue(i)) *
+                              perSample
+                        : perSample;
+            }
+            rates[0].SetValue(i, rate);
+        }
+    }
+}
+
+void CFilterPropertiesVariations::Commit() {
+    for (int kind = 0; kind < InputKinds; ++kind)
+        m_pStart->AssignDirty(*m_pEnd, kind);
+    m_pEnd->ClearDirty();
+}
+
+} // namespace Lathe::Audio::DSP
