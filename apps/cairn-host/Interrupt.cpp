@@ -25,8 +25,10 @@ void WatchForInterrupt() {
         if (present.sa_handler != SIG_IGN) // Whoever started the program wants it to go on.
             sigaction(signal, &action, nullptr);
     }
-    // Writing to a reader that went away is an error like any other.
+    // Writing to a reader that went away, or past the largest size of a file, is an error like any
+    // other.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool IsInterrupted() {

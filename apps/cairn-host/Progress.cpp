@@ -22,12 +22,13 @@ std::string ProgressText(std::int64_t done, std::int64_t total, int sampleRate) 
     if (total <= 0)
         return TimeText(done, sampleRate);
     const double part = std::min(1.0, static_cast<double>(done) / static_cast<double>(total));
-    const int filled = static_cast<int>(part * kBarWidth);
-    char percent[16];
-    std::snprintf(percent, sizeof percent, "%3d%%", static_cast<int>(part * 100.0));
-    return "[" + std::string(static_cast<std::size_t>(filled), '#') +
-           std::string(static_cast<std::size_t>(kBarWidth - filled), '.') + "] " + percent + "  " +
-           TimeText(done, sampleRate) + " of " + TimeText(total, sampleRate);
+    std::string bar(kBarWidth, '.');
+    std::fill_n(bar.begin(), static_cast<int>(part * kBarWidth), '#');
+    char text[128];
+    std::snprintf(text, sizeof text, "[%s] %3d%%  %s of %s", bar.c_str(),
+                  static_cast<int>(part * 100.0), TimeText(done, sampleRate).c_str(),
+                  TimeText(total, sampleRate).c_str());
+    return text;
 }
 
 void CProgress::Update(std::int64_t done, std::int64_t total, int sampleRate) {

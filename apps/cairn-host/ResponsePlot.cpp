@@ -59,13 +59,13 @@ SPen GetPen(ELineStyle style) {
     case ELineStyle::StrongDashed:
         return {3.4, 1.0, {14.0, 14.0}};
     case ELineStyle::Dashed:
-        return {1.8, 0.75, {10.0, 5.0}};
+        return {1.9, 0.85, {10.0, 5.0}};
     case ELineStyle::Dotted:
-        return {1.8, 0.75, {2.0, 4.0}};
+        return {1.9, 0.85, {2.0, 4.0}};
     case ELineStyle::DashDotted:
         break;
     }
-    return {1.8, 0.75, {12.0, 4.0, 2.0, 4.0}};
+    return {1.9, 0.85, {12.0, 4.0, 2.0, 4.0}};
 }
 
 enum class EAlign : int { Start, Middle, End };
@@ -229,7 +229,8 @@ private:
         Text(kLeft, 72.0, m_Plot.m_Subtitle, EAlign::Start);
         Text(kWidth - kRight, m_Bottom + 50.0, "Frequency (Hz)", EAlign::End);
         if (m_Plot.m_Nyquist < m_To) {
-            const std::string text = "no signal above " + FormatNumber(m_Plot.m_Nyquist / 1000.0) + " kHz";
+            const std::string text =
+                "no signal above " + FormatNumber(m_Plot.m_Nyquist / 1000.0) + " kHz";
             // Where the mark is too narrow for its text, the text ends at the frame.
             const double x = std::max(ToX(std::max(m_Plot.m_Nyquist, m_From)), kLeft) + 10.0;
             Text(std::min(x, kWidth - kRight - 10.0 - GetWidth(text)), kTop + 24.0, text,

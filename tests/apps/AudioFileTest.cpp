@@ -40,7 +40,8 @@ TEST_F(AudioFile, EachFormatReadsBackWithinItsResolution) {
     struct SCase {
         const char* m_Name;
         std::optional<ESubtype> m_Subtype;
-        double m_Tolerance; // Of one sample: a step of the coding; noise has little that the lossy coder keeps.
+        double m_Tolerance; // Of one sample: a step of the coding; noise has little that the lossy
+                            // coder keeps.
     };
     const double step24 = 1.0 / (1 << 23);
     const double step16 = 1.0 / (1 << 15);
