@@ -1,5 +1,7 @@
 #include "cairn-host/AudioReader.h"
 
+#include "cairn-host/Text.h"
+
 #include <sndfile.h>
 
 #include <cerrno>
@@ -19,10 +21,10 @@ constexpr std::int64_t kUnknownFrameCount = SF_COUNT_MAX;
 // Why the library didn't open a file. It takes a header without channels or with a rate of 0 for a
 // fault of its own.
 std::string GetOpenError() {
-    std::string text = sf_strerror(nullptr);
+    const std::string text = sf_strerror(nullptr);
     if (text.starts_with("Internal error"))
         return "its header makes no sense, such as a sample rate of 0";
-    return text.substr(0, text.find_last_not_of(". ") + 1);
+    return WithoutFullStop(text);
 }
 
 } // namespace

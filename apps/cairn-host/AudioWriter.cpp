@@ -35,13 +35,16 @@ struct SContainer {
     // The first of kSubtypes that it holds, and all later ones; beyond the end of kSubtypes it
     // holds none of them, and the coding is its own.
     std::size_t m_FirstSubtype;
+    // In Hz; what the coding or its coder can take.
+    int m_MaxSampleRate;
 };
+constexpr int kAnyRate = std::numeric_limits<int>::max();
 constexpr std::array<SContainer, 5> kContainers = {{
-    {".wav", SF_FORMAT_WAV, SF_FORMAT_RF64, 0},
-    {".flac", SF_FORMAT_FLAC, SF_FORMAT_FLAC, 1},
-    {".aiff", SF_FORMAT_AIFF, 0, 0},
-    {".aif", SF_FORMAT_AIFF, 0, 0},
-    {".ogg", SF_FORMAT_OGG, SF_FORMAT_OGG, kSubtypes.size()},
+    {".wav", SF_FORMAT_WAV, SF_FORMAT_RF64, 0, kAnyRate},
+    {".flac", SF_FORMAT_FLAC, SF_FORMAT_FLAC, 1, 655350},
+    {".aiff", SF_FORMAT_AIFF, 0, 0, kAnyRate},
+    {".aif", SF_FORMAT_AIFF, 0, 0, kAnyRate},
+    {".ogg", SF_FORMAT_OGG, SF_FORMAT_OGG, kSubtypes.size(), 200000},
 }};
 
 // Headers and padding take some of the 4 GiB.
@@ -132,6 +135,11 @@ CStatus CAudioWriter::Open(const std::string& path, int sampleRate, std::optiona
                       " files can't hold that --subtype: expected " +
                       ListNames(container->m_FirstSubtype)};
 
+    if (sampleRate > container->m_MaxSampleRate)
+        return SFault{path + ": " + container->m_Extension + " files hold up to " +
+                      std::to_string(container->m_MaxSampleRate) + " Hz, and the audio has " +
+                      std::to_string(sampleRate) + " Hz: expected a .wav or .aiff output"};
+
     const int bytesPerFrame = kChannels * (subtype ? subtype->m_BytesPerSample : 0);
     int format = container->m_Format;
     if (expectedFrames > 0 && bytesPerFrame > 0 && expectedFrames > kLargeFileBytes / bytesPerFrame)
@@ -152,7 +160,7 @@ CStatus CAudioWriter::Open(const std::string& path, int sampleRate, std::optiona
         return m_Output.GetFault();
     if (!m_File)
         return SFault{path + ": can't be written at " + std::to_string(sampleRate) +
-                      " Hz: " + sf_strerror(nullptr)};
+                      " Hz: " + WithoutFullStop(sf_strerror(nullptr))};
     // The peak chunk holds the time of day: the same audio shall give the same file.
     sf_command(m_File.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
     sf_command(m_File.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
@@ -165,7 +173,7 @@ CStatus CAudioWriter::Open(const std::string& path, int sampleRate, std::optiona
         m_FullScale = 1.0f;
     m_Chunk.resize(kChunkFrames * kChannels);
     m_ChunkSize = 0;
-    m_ClippedCount = 0;
+    m_LimitedCount = 0;
     return {};
 }
 
@@ -196,7 +204,7 @@ CStatus CAudioWriter::Flush() {
     if (m_Output.HasFailed())
         return m_Output.GetFault();
     if (!complete)
-        return SFault{m_Path + ": can't be written: " + sf_strerror(m_File.get())};
+        return SFault{m_Path + ": can't be written: " + WithoutFullStop(sf_strerror(m_File.get()))};
     return {};
 }
 
@@ -204,7 +212,7 @@ CStatus CAudioWriter::Flush() {
 float CAudioWriter::Limit(float sample) {
     if (std::isinf(m_FullScale) || std::abs(sample) <= m_FullScale)
         return sample;
-    ++m_ClippedCount;
+    ++m_LimitedCount;
     return std::isnan(sample) ? 0.0f : std::copysign(m_FullScale, sample);
 }
 

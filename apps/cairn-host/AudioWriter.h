@@ -33,7 +33,7 @@ public:
     CStatus Close();
 
     // Samples beyond full scale that the format can't hold, and values that are no number.
-    std::int64_t GetClippedCount() const { return m_ClippedCount; }
+    std::int64_t GetLimitedCount() const { return m_LimitedCount; }
 
 private:
     struct SClose {
@@ -50,7 +50,7 @@ private:
     std::size_t m_ChunkSize = 0;
     // The largest magnitude that the format holds; infinite for float samples.
     float m_FullScale = 1.0f;
-    std::int64_t m_ClippedCount = 0;
+    std::int64_t m_LimitedCount = 0;
 };
 
 } // namespace CairnHost

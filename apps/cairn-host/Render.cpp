@@ -159,10 +159,10 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
             options.m_Automation + ": " + std::to_string(plan->m_Events.end() - event) + " of " +
             std::to_string(plan->m_Events.size()) +
             " events lie behind the end of the audio, at frame " + std::to_string(frame));
-    if (writer.GetClippedCount() > 0)
+    if (writer.GetLimitedCount() > 0)
         report.m_Notes.push_back(options.m_Output + ": " +
-                                 std::to_string(writer.GetClippedCount()) +
-                                 " samples beyond full scale were clipped; a lower \"Gain\" or a "
+                                 std::to_string(writer.GetLimitedCount()) +
+                                 " samples beyond full scale were limited; a lower \"Gain\" or a "
                                  ".wav of --subtype float keeps them");
     return report;
 }

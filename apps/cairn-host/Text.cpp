@@ -20,6 +20,10 @@ std::string_view Trim(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
+std::string WithoutFullStop(std::string_view text) {
+    return std::string(text.substr(0, text.find_last_not_of(". ") + 1));
+}
+
 bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
     if (a.size() != b.size())
         return false;

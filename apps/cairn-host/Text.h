@@ -11,6 +11,8 @@ namespace CairnHost {
 
 // Without the blanks and tabs at both ends.
 std::string_view Trim(std::string_view text);
+// Without the blanks and full stops at its end.
+std::string WithoutFullStop(std::string_view text);
 // By ASCII letters.
 bool EqualsIgnoringCase(std::string_view a, std::string_view b);
 // Pieces between separators; an empty text is one empty piece.

@@ -116,7 +116,7 @@ TEST_F(Program, RendersQuietlyWhereNobodyWatches) {
     EXPECT_EQ(m_Output + m_Error, "");
     EXPECT_NEAR(ReadAudio("out.flac").m_Right.back(), 0.5 * std::pow(10.0, 0.05), 1e-5);
     EXPECT_EQ(Run("render in.wav out.flac --set 'Gain (1)=+20'"), 0);
-    EXPECT_NE(m_Error.find("2000 samples beyond full scale were clipped"), std::string::npos);
+    EXPECT_NE(m_Error.find("2000 samples beyond full scale were limited"), std::string::npos);
     EXPECT_EQ(Run("render --quiet in.wav out.flac --set 'Gain (1)=+20'"), 0);
     EXPECT_EQ(m_Error, "");
 }
