@@ -64,12 +64,12 @@ protected:
 
     // Turns the rates of one order (from 1) into an entry of the section's ramp.
     virtual void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME = 0;
-    // The section loop of a block that ramps: ProcessRamped with the section's own type.
+    // The section loop of a block that ramps: ProcessRamped with the section's own ramp.
     virtual void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME = 0;
 
-    // For a TSection with AdvanceRamp(orders) and ComputeCoefficients(); see BiquadRamp.h.
-    template <class TSection>
-    void ProcessRamped(TSection& section, int samples, int rampOrders) LATHE_REALTIME;
+    // For a TRamp with Advance(orders) and ComputeCoefficients(); see BiquadRamp.h.
+    template <class TRamp>
+    void ProcessRamped(TRamp& ramp, int samples, int rampOrders) LATHE_REALTIME;
 
     void SetCoefficients(const SBiquadCoefficients& coefficients) LATHE_REALTIME {
         m_Coefficients = coefficients;

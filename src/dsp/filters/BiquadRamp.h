@@ -6,15 +6,16 @@
 
 namespace Lathe::Audio::DSP::Filters {
 
-// Coefficients and history stay in registers for contiguous mono; the results are those of the
+// Everything that moves stays in registers for contiguous mono; the results are those of the
 // general loop to the bit.
-template <class TSection>
-void CBiquadFilter::ProcessRamped(TSection& section, int samples, int rampOrders) LATHE_REALTIME {
+template <class TRamp>
+void CBiquadFilter::ProcessRamped(TRamp& ramp, int samples, int rampOrders) LATHE_REALTIME {
     SBiquadCoefficients coefficients = m_Coefficients;
+    TRamp moving = ramp;
     const auto advance = [&](int index) {
-        section.AdvanceRamp(rampOrders);
+        moving.Advance(rampOrders);
         if ((m_RecomputeMask & static_cast<unsigned>(index)) == 0)
-            coefficients = section.ComputeCoefficients();
+            coefficients = moving.ComputeCoefficients();
     };
     if (m_Cursors.IsContiguousMono()) {
         const float* input = m_Cursors.m_Inputs[0];
@@ -35,6 +36,7 @@ void CBiquadFilter::ProcessRamped(TSection& section, int samples, int rampOrders
             advance(i);
         }
     }
+    ramp = moving;
     SetCoefficients(coefficients);
 }
 

@@ -42,13 +42,13 @@ const IConstFilterProductInfo& CPeakFilter::GetProductInfo() const {
 void CPeakFilter::OnInputParamsChanged(const IConstParamsValues& values) {
     if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
         return;
-    m_Values[0] = Convert(values);
-    SetCoefficients(ComputeCoefficients());
+    m_Ramp.m_Values[0] = Convert(values);
+    SetCoefficients(m_Ramp.ComputeCoefficients());
 }
 
 void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
     if (rates.GetCount() == s_ParamsCount)
-        m_Values[static_cast<std::size_t>(order)] = Convert(rates);
+        m_Ramp.m_Values[static_cast<std::size_t>(order)] = Convert(rates);
 }
 
 CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) const {
@@ -56,7 +56,7 @@ CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) cons
             Math::FunctionsLibrary::FromdB(0.5 * values.GetValue(2))};
 }
 
-void CPeakFilter::AdvanceRamp(int orders) {
+void CPeakFilter::SRamp::Advance(int orders) {
     for (auto order = static_cast<std::size_t>(orders); order > 0; --order) {
         m_Values[order - 1].m_Omega += m_Values[order].m_Omega;
         m_Values[order - 1].m_HalfBandwidth += m_Values[order].m_HalfBandwidth;
@@ -66,8 +66,9 @@ void CPeakFilter::AdvanceRamp(int orders) {
 
 // The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
 // the bandwidth.
-SBiquadCoefficients CPeakFilter::ComputeCoefficients() const {
-    const auto& [w, halfBandwidth, a] = m_Values[0];
+SBiquadCoefficients CPeakFilter::SRamp::ComputeCoefficients() const {
+    // A copy: behind a reference the compiler can't take sine and cosine in one call.
+    const auto [w, halfBandwidth, a] = m_Values[0];
     const double alpha = std::sin(w) * halfBandwidth;
     const double r = 1.0 / (alpha / a + 1.0);
     SBiquadCoefficients c;
@@ -80,7 +81,7 @@ SBiquadCoefficients CPeakFilter::ComputeCoefficients() const {
 }
 
 void CPeakFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(*this, samples, rampOrders);
+    ProcessRamped(m_Ramp, samples, rampOrders);
 }
 
 } // namespace Lathe::Audio::DSP::Filters

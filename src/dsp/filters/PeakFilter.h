@@ -20,8 +20,6 @@ protected:
     void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
 
 private:
-    friend class CBiquadFilter;
-
     struct SValues {
         // Radians per sample.
         double m_Omega = 0.0;
@@ -30,11 +28,17 @@ private:
         double m_A = 1.0;
     };
 
-    SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
-    void AdvanceRamp(int orders) LATHE_REALTIME;
-    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
+    // The current values, followed by their ramp by order.
+    struct SRamp {
+        void Advance(int orders) LATHE_REALTIME;
+        SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
 
-    std::array<SValues, 1 + MaxRampOrders> m_Values;
+        std::array<SValues, 1 + MaxRampOrders> m_Values;
+    };
+
+    SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
+
+    SRamp m_Ramp;
 };
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -19,13 +19,25 @@ protected:
         double m_SqrtA = 1.0;
     };
 
+    // The current values, followed by their ramp by order.
+    struct SRamp {
+        void Advance(int orders) LATHE_REALTIME {
+            for (auto order = static_cast<std::size_t>(orders); order > 0; --order) {
+                m_Values[order - 1].m_Omega += m_Values[order].m_Omega;
+                m_Values[order - 1].m_SqrtA *= m_Values[order].m_SqrtA;
+            }
+        }
+
+        std::array<SValues, 1 + MaxRampOrders> m_Values;
+    };
+
     explicit CShelfFilter(int channels);
 
     void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME override;
-    void AdvanceRamp(int orders) LATHE_REALTIME;
-    virtual void RecomputeCoefficients() LATHE_REALTIME = 0;
+    // From the current values.
+    virtual SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME = 0;
 
-    std::array<SValues, 1 + MaxRampOrders> m_Values;
+    SRamp m_Ramp;
 
 private:
     SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
@@ -39,12 +51,8 @@ public:
     const IConstFilterProductInfo& GetProductInfo() const override;
 
 protected:
-    void RecomputeCoefficients() LATHE_REALTIME override;
+    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
     void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
-
-private:
-    friend class CBiquadFilter;
-    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
 };
 
 class CHighShelfFilter : public CShelfFilter {
@@ -55,12 +63,8 @@ public:
     const IConstFilterProductInfo& GetProductInfo() const override;
 
 protected:
-    void RecomputeCoefficients() LATHE_REALTIME override;
+    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
     void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
-
-private:
-    friend class CBiquadFilter;
-    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
 };
 
 } // namespace Lathe::Audio::DSP::Filters
