@@ -325,3 +325,16 @@ CStatus DrawPlot(const SPlot& plot, const std::string& path) {
 }
 
 } // namespace CairnHost
+
+#if defined(__SANITIZE_ADDRESS__)
+// The font library keeps its patterns to the end of the process, in ways that the leak check can't
+// follow.
+extern "C" {
+__attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
+    return "leak:libfontconfig\n";
+}
+__attribute__((visibility("default"))) const char* __lsan_default_options() {
+    return "print_suppressions=0"; // They would stand among the program's own messages.
+}
+}
+#endif
