@@ -12,8 +12,8 @@ struct SDecibelAxis {
     double m_Step;
 };
 
-// The smallest axis of whole steps that holds 0 and all finite values with a little room, and at
-// least 6 dB to both sides. Values beyond +-200 dB don't widen it further.
+// The smallest axis of whole steps that holds all finite values with a little room, and at least
+// 6 dB to both sides of 0. Values beyond +-200 dB don't widen it further.
 SDecibelAxis FitDecibelAxis(const std::vector<const std::vector<double>*>& curves);
 
 struct STick {
@@ -23,6 +23,7 @@ struct STick {
 };
 
 // From `from` to `to` in Hz: a labelled line at 1, 2 and 5 of each decade, minor lines between.
+// Narrow ranges get more labels.
 std::vector<STick> GetFrequencyTicks(double from, double to);
 
 // "20", "1k", "1.5k".

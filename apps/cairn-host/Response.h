@@ -18,7 +18,8 @@ struct SResponseOptions {
     double m_SampleRate = 48000.0;
     double m_From = 20.0;
     double m_To = 22000.0;
-    int m_Points = 600;
+    // Finer than the columns of a picture.
+    int m_Points = 2000;
 };
 
 // Equal steps in pitch, with both ends met exactly.
