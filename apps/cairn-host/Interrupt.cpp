@@ -1,0 +1,45 @@
+#include "cairn-host/Interrupt.h"
+
+#include <csignal>
+#include <initializer_list>
+
+namespace CairnHost {
+namespace {
+
+volatile std::sig_atomic_t g_Signal = 0;
+
+void OnSignal(int signal) {
+    g_Signal = signal;
+}
+
+} // namespace
+
+void WatchForInterrupt() {
+    struct sigaction action = {};
+    action.sa_handler = OnSignal;
+    // A second signal ends the program at once.
+    action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction present = {};
+        sigaction(signal, nullptr, &present);
+        if (present.sa_handler != SIG_IGN) // Whoever started the program wants it to go on.
+            sigaction(signal, &action, nullptr);
+    }
+    // Writing to a reader that went away, or past the largest size of a file, is an error like any
+    // other.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+bool IsInterrupted() {
+    return g_Signal != 0;
+}
+
+void FollowInterrupt() {
+    if (g_Signal != 0) {
+        std::signal(g_Signal, SIG_DFL);
+        std::raise(g_Signal);
+    }
+}
+
+} // namespace CairnHost

@@ -1,0 +1,99 @@
+#include "cairn-host/PlotAxis.h"
+
+#include "cairn-host/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string_view>
+
+namespace CairnHost {
+namespace {
+
+constexpr double kLeastReach = 6.0;
+constexpr double kMostReach = 200.0;
+constexpr double kMostSteps = 10.0;
+constexpr std::array<double, 7> kSteps = {1.0, 2.0, 3.0, 6.0, 10.0, 20.0, 50.0};
+// Of a step: a curve that touches the frame can't be told from one that leaves it.
+constexpr double kRoom = 0.1;
+constexpr int kLeastLabels = 3;
+constexpr int kMostLabels = 8;
+
+// Round numbers to both sides of a level scale's end; `step` in dB.
+double FitEdge(double reach, double step) {
+    return std::max(std::ceil(kLeastReach / step), std::ceil(reach / step + kRoom)) * step;
+}
+
+// 1, 2 or 5 times a power of ten, so that at most `most` of them fit into the width.
+double FitStep(double width, int most) {
+    const double least = width / most;
+    const double decade = std::pow(10.0, std::floor(std::log10(least)));
+    for (const double digit : {1.0, 2.0, 5.0}) {
+        if (digit * decade >= least)
+            return digit * decade;
+    }
+    return 10.0 * decade;
+}
+
+// Labels at the digits from 1 to 9 that are in the list.
+std::vector<STick> GetDecadeTicks(double from, double to, std::string_view labelledDigits) {
+    std::vector<STick> ticks;
+    double decade = std::pow(10.0, std::floor(std::log10(from)));
+    for (; decade <= to; decade *= 10.0) {
+        for (int digit = 1; digit <= 9; ++digit) {
+            const double frequency = decade * digit;
+            if (frequency < from || frequency > to)
+                continue;
+            const char letter = static_cast<char>('0' + digit);
+            const bool labelled = labelledDigits.find(letter) != std::string_view::npos;
+            ticks.push_back({frequency, labelled ? FrequencyText(frequency) : std::string()});
+        }
+    }
+    return ticks;
+}
+
+} // namespace
+
+SDecibelAxis FitDecibelAxis(const std::vector<const std::vector<double>*>& curves) {
+    double min = 0.0;
+    double max = 0.0;
+    for (const std::vector<double>* curve : curves) {
+        for (const double value : *curve) {
+            if (!std::isfinite(value))
+                continue;
+            min = std::min(min, std::max(value, -kMostReach));
+            max = std::max(max, std::min(value, kMostReach));
+        }
+    }
+    SDecibelAxis axis = {};
+    for (const double step : kSteps) {
+        axis = {-FitEdge(-min, step), FitEdge(max, step), step};
+        if (axis.m_Max - axis.m_Min <= kMostSteps * step)
+            break;
+    }
+    return axis;
+}
+
+std::vector<STick> GetFrequencyTicks(double from, double to) {
+    for (const char* digits : {"125", "123456789"}) {
+        std::vector<STick> ticks = GetDecadeTicks(from, to, digits);
+        const auto labelled = [](const STick& tick) { return !tick.m_Label.empty(); };
+        if (std::count_if(ticks.begin(), ticks.end(), labelled) >= kLeastLabels)
+            return ticks;
+    }
+    // Too narrow for decades to show.
+    std::vector<STick> ticks;
+    const double step = FitStep(to - from, kMostLabels);
+    for (double i = std::ceil(from / step); i * step <= to; i += 1.0)
+        ticks.push_back({i * step, FrequencyText(i * step)});
+    return ticks;
+}
+
+std::string FrequencyText(double frequency) {
+    if (frequency < 1e3)
+        return FormatNumber(frequency);
+    return frequency < 1e6 ? FormatNumber(frequency / 1e3) + "k"
+                           : FormatNumber(frequency / 1e6) + "M";
+}
+
+} // namespace CairnHost

@@ -1,0 +1,155 @@
+// The command line of cairn-host: sub-commands, their options, and the exit status.
+#include "cairn-host/Demo.h"
+#include "cairn-host/Equaliser.h"
+#include "cairn-host/Interrupt.h"
+#include "cairn-host/ParameterList.h"
+#include "cairn-host/Render.h"
+#include "cairn-host/Response.h"
+#include "cairn-host/Text.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <iostream>
+#include <unistd.h>
+
+namespace {
+
+using namespace CairnHost;
+
+enum EExitStatus : int { kDone = 0, kInputAtFault = 1, kUsage = 2 };
+
+int Complain(const SFault& fault) {
+    std::cerr << "cairn-host: " << OneLine(fault.m_Text) << '\n';
+    return kInputAtFault;
+}
+
+// The text goes out whole, or it is a failure: a full disk must not pass for a short list.
+int Print(const std::string& text) {
+    std::cout << text << std::flush;
+    return std::cout ? kDone : Complain({"standard output: can't be written"});
+}
+
+int RunRender(const SRenderOptions& options, bool quiet) {
+    CProgress progress(!quiet && ::isatty(STDERR_FILENO) ? &std::cerr : nullptr);
+    const TResult<SRenderReport> report = Render(options, progress);
+    progress.Finish();
+    if (!report) {
+        FollowInterrupt();
+        return Complain(report.GetFault());
+    }
+    if (!quiet) {
+        for (const std::string& note : report->m_Notes)
+            std::cerr << "cairn-host: note: " << OneLine(note) << '\n';
+    }
+    return kDone;
+}
+
+int RunParams(bool json) {
+    const CEqualiser equaliser;
+    return Print(json ? ListParametersAsJson(equaliser.GetParameters())
+                      : ListParameters(equaliser.GetParameters()));
+}
+
+int RunResponse(const SResponseOptions& options) {
+    const CStatus status = WriteResponse(options);
+    return status ? kDone : Complain(status.GetFault());
+}
+
+int RunDemonstration(const std::string& folder) {
+    const TResult<std::string> told = RunDemo(folder);
+    if (!told) {
+        FollowInterrupt();
+        return Complain(told.GetFault());
+    }
+    return Print(*told);
+}
+
+void AddSettings(CLI::App& command, std::vector<std::string>& settings) {
+    command
+        .add_option("--set", settings,
+                    "Set a parameter, by name or index, such as \"Mid (1)=+6\"; repeatable")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    WatchForInterrupt();
+    CLI::App app("Runs the three-band dual-channel equaliser on audio files.", "cairn-host");
+    app.set_version_flag("--version", "cairn-host " CAIRN_VERSION);
+    app.require_subcommand(1);
+
+    SRenderOptions render;
+    bool quiet = false;
+    CLI::App* renderCommand = app.add_subcommand("render", "Equalise an audio file");
+    renderCommand->add_option("INPUT", render.m_Input, "Audio file of one or two channels")
+        ->required();
+    renderCommand
+        ->add_option("OUTPUT", render.m_Output,
+                     "Two-channel file to write: .wav, .flac, .aiff or .ogg; can be INPUT")
+        ->required();
+    AddSettings(*renderCommand, render.m_Settings);
+    renderCommand
+        ->add_option("--automation", render.m_Automation,
+                     "Changes over time, as lines of frame,parameter,value under that header")
+        ->type_name("FILE.csv");
+    renderCommand
+        ->add_option("--block-size", render.m_BlockSizes,
+                     "Frames in a block; of several sizes each is used in turn")
+        ->type_name("N[,N...]")
+        ->capture_default_str();
+    renderCommand->add_option("--tail", render.m_TailSeconds, "Silence to render behind the end")
+        ->type_name("SECONDS");
+    renderCommand
+        ->add_option("--subtype", render.m_Subtype,
+                     "Sample format; the best that the file can hold when not given")
+        ->type_name("float|pcm24|pcm16");
+    renderCommand->add_flag("--quiet", quiet, "No progress bar and no notes");
+
+    bool json = false;
+    CLI::App* paramsCommand = app.add_subcommand("params", "List the parameters");
+    paramsCommand->add_flag("--json", json, "As JSON");
+
+    SResponseOptions response;
+    CLI::App* responseCommand =
+        app.add_subcommand("response", "Write the frequency response as a table or a picture");
+    responseCommand
+        ->add_option("-o,--output", response.m_Output, "File to write: .csv, .png or .svg")
+        ->type_name("FILE")
+        ->required();
+    AddSettings(*responseCommand, response.m_Settings);
+    for (const auto& [name, value, help] :
+         {std::tuple{"--rate", &response.m_SampleRate, "Sample rate"},
+          {"--from", &response.m_From, "Lowest frequency"},
+          {"--to", &response.m_To, "Highest frequency"}})
+        responseCommand->add_option(name, *value, help)->type_name("HZ")->capture_default_str();
+    responseCommand->add_option("--points", response.m_Points, "Number of frequencies")
+        ->type_name("N")
+        ->capture_default_str();
+
+    std::string folder;
+    CLI::App* demoCommand =
+        app.add_subcommand("demo", "Make a piece of audio, equalise it and draw the response");
+    demoCommand->add_option("FOLDER", folder, "Where the files go")->required();
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+            app.exit(error); // Asked for help or the version.
+            return kDone;
+        }
+        std::cerr << "cairn-host: " << OneLine(error.what()) << " (see cairn-host --help)\n";
+        return kUsage;
+    }
+
+    if (*renderCommand)
+        return RunRender(render, quiet);
+    if (*paramsCommand)
+        return RunParams(json);
+    if (*responseCommand)
+        return RunResponse(response);
+    return RunDemonstration(folder);
+}

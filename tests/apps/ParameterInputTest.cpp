@@ -1,0 +1,133 @@
+// Names, values and automation as users type them: what is meant is read, everything else is
+// refused with a line that says what was expected.
+#include "apps/TestFiles.h"
+#include "cairn-host/AutomationFile.h"
+#include "cairn-host/Text.h"
+#include "datamodel/objects/text/EnumToText.h"
+#include "datamodel/objects/text/ParamValueToText.h"
+
+namespace CairnHostTests {
+namespace {
+
+using namespace CairnHost;
+using namespace Lathe::DataModel::Objects;
+
+const CParameterTable& GetTable() {
+    static const CEnumToText modes("Stereo;Mid-Side", 0);
+    static const CParamValueToText levels("%+.1f", false, "{value}");
+    static const CParamValueToText frequencies("%.0f", false, "{value}");
+    static const CParameterTable table({{"Stereo Mode", "", 0, 1, 0, true, &modes},
+                                        {"Mid (1)", "dB", -40, 40, 0, false, &levels},
+                                        {"Mid (2)", "dB", -40, 40, 0, false, &levels},
+                                        {"Frequency", "Hz", 20, 22000, 650, false, &frequencies},
+                                        {"Odd, \"name\"", "", 0, 1, 0, false, &levels}});
+    return table;
+}
+
+TEST(Setting, IsReadOrRefusedWithWhatWasExpected) {
+    struct SCase {
+        const char* m_Text;
+        int m_Parameter; // -1 when refused.
+        double m_Value;
+        const char* m_Fault; // A part of the message.
+    };
+    const SCase cases[] = {
+        {"Mid (1)=+6", 1, 6.0, ""},
+        {" mid (2) = -3.5 db ", 2, -3.5, ""},
+        {"1=12.5 dB", 1, 12.5, ""},
+        {"Mid (1)=1e1", 1, 10.0, ""},
+        {"Mid (1)=-40", 1, -40.0, ""},
+        {"Stereo Mode=Mid-Side", 0, 1.0, ""},
+        {"Stereo Mode=1", 0, 1.0, ""},
+        {"Frequency=440Hz", 3, 440.0, ""},
+        {"Mid (1)", -1, 0, "expected NAME=VALUE"},
+        {"=6", -1, 0, "no parameter is called \"\""},
+        {"Mid=6", -1, 0, "expected \"Mid (1)\" or \"Mid (2)\""},
+        {"Loud=6", -1, 0, "expected a name or an index from 0 to 4"},
+        {"5=6", -1, 0, "no parameter is called \"5\""},
+        {"-1=6", -1, 0, "no parameter is called \"-1\""},
+        {"Mid (1)=", -1, 0, "\"\" can't be read as a value of \"Mid (1)\": expected -40 to 40 dB"},
+        {"Mid (1)=loud", -1, 0, "can't be read"},
+        {"Mid (1)=6,5", -1, 0, "can't be read"},
+        {"Mid (1)=6 Hz", -1, 0, "can't be read"},
+        {"Mid (1)=40.01", -1, 0, "\"40.01\" is out of the range of \"Mid (1)\""},
+        {"Mid (1)=nan", -1, 0, "is out of the range"},
+        {"Mid (1)=-inf", -1, 0, "is out of the range"},
+        {"Frequency=2k", -1, 0, "can't be read"},
+        {"Stereo Mode=0.7", -1, 0, "expected Stereo or Mid-Side"},
+        {"Stereo Mode=mid-side", -1, 0, "expected Stereo or Mid-Side"},
+        {"Stereo Mode=2", -1, 0, "expected Stereo or Mid-Side"},
+    };
+    for (const SCase& row : cases) {
+        SCOPED_TRACE(row.m_Text);
+        const TResult<SSetting> setting = GetTable().ReadSetting(row.m_Text);
+        ASSERT_EQ(setting.IsOk(), row.m_Parameter >= 0) << setting.GetFault().m_Text;
+        EXPECT_NE(setting.GetFault().m_Text.find(row.m_Fault), std::string::npos)
+            << setting.GetFault().m_Text;
+        if (setting) {
+            EXPECT_EQ(setting->m_Parameter, row.m_Parameter);
+            EXPECT_EQ(setting->m_Value, row.m_Value);
+        }
+    }
+}
+
+class AutomationFile : public CFolderTest {};
+
+TEST_F(AutomationFile, EventsComeInOrderFromAnyOrdinaryTable) {
+    const std::string path = Write("a.csv", "\xEF\xBB\xBF\r\n Frame , PARAMETER,value\r\n"
+                                            "0,Mid (1),+6 dB\r\n"
+                                            "\r\n"
+                                            "512, 3 , 1000\n"
+                                            "512,\"Odd, \"\"name\"\"\",\"0.5\"\n"
+                                            "9000000000,Stereo Mode,Mid-Side");
+    const auto events = ReadAutomationFile(path, GetTable());
+    ASSERT_TRUE(events) << events.GetFault().m_Text;
+    const SAutomationEvent expected[] = {
+        {0, {1, 6.0}}, {512, {3, 1000.0}}, {512, {4, 0.5}}, {9000000000, {0, 1.0}}};
+    ASSERT_EQ(events->size(), std::size(expected));
+    for (std::size_t i = 0; i < events->size(); ++i) {
+        EXPECT_EQ((*events)[i].m_Frame, expected[i].m_Frame);
+        EXPECT_EQ((*events)[i].m_Setting.m_Parameter, expected[i].m_Setting.m_Parameter);
+        EXPECT_EQ((*events)[i].m_Setting.m_Value, expected[i].m_Setting.m_Value);
+    }
+}
+
+TEST_F(AutomationFile, FaultNamesTheLine) {
+    const std::string header = "frame,parameter,value\n";
+    const std::pair<std::string, const char*> cases[] = {
+        {"", "a.csv: is empty"},
+        {"0,Mid (1),6\n", "a.csv, line 1: expected the header frame,parameter,value"},
+        {"frame,parameter\n", "line 1: expected the header"},
+        {header + "0,Mid (1)\n", "line 2: has 2 fields"},
+        {header + "0,Mid (1),6,7\n", "line 2: has 4 fields"},
+        {header + "\n0,Loud,6\n", "line 3: no parameter is called \"Loud\""},
+        {header + "0,Mid (1),loud\n", "line 2: \"loud\" can't be read"},
+        {header + "-1,Mid (1),6\n", "line 2: frame \"-1\": expected a whole number"},
+        {header + "1.5,Mid (1),6\n", "line 2: frame \"1.5\""},
+        {header + "99999999999999999999,Mid (1),6\n", "line 2: frame"},
+        {header + "10,Mid (1),6\n9,Mid (1),6\n", "line 3: frame 9 comes after frame 10"},
+        {header + "0,\"Mid (1),6\n", "line 2: a quote"},
+        {header + "0,\"Mid\" (1),6\n", "line 2: a quote"},
+        {header + std::string(100000, 'x'), "line 2: is too long"},
+    };
+    for (const auto& [text, fault] : cases) {
+        const auto events = ReadAutomationFile(Write("a.csv", text), GetTable());
+        ASSERT_FALSE(events) << text;
+        EXPECT_NE(events.GetFault().m_Text.find(fault), std::string::npos)
+            << events.GetFault().m_Text;
+    }
+    EXPECT_FALSE(ReadAutomationFile(In("missing.csv"), GetTable()));
+    EXPECT_FALSE(ReadAutomationFile(In(""), GetTable()));
+}
+
+TEST(CsvField, ReadsBackAsItWasQuoted) {
+    for (const std::string field : {"", "plain", "a,b", "say \"so\"", "\"", ",", " edge "}) {
+        const auto fields = SplitCsvLine(QuoteCsvField(field) + ",x");
+        ASSERT_TRUE(fields && fields->size() == 2);
+        // Blanks at the ends belong to the layout of a line, not to the field.
+        EXPECT_EQ((*fields)[0], Trim(field));
+    }
+}
+
+} // namespace
+} // namespace CairnHostTests

@@ -1,0 +1,122 @@
+// The picture of the response: axes of round numbers that hold the data, and curves that are drawn
+// where they have values and nowhere else.
+#include "apps/TestFiles.h"
+#include "cairn-host/PlotAxis.h"
+#include "cairn-host/Response.h"
+#include "cairn-host/ResponsePlot.h"
+
+#include <cairo.h>
+
+#include <cmath>
+#include <limits>
+
+namespace CairnHostTests {
+namespace {
+
+using namespace CairnHost;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+TEST(DecibelAxis, HoldsTheDataInFewRoundSteps) {
+    const std::vector<double> cases[] = {
+        {0.0},        {-0.5, 0.5},         {6.0, -6.0},     {9.0},
+        {12.0, -3.0}, {-40.0, 40.0},       {-160.0, 160.0}, {-7.3},
+        {-kInfinity}, {std::nan(""), 3.0}, {23.9, -0.1},    {1e9},
+    };
+    for (const std::vector<double>& values : cases) {
+        SCOPED_TRACE(values.front());
+        const SDecibelAxis axis = FitDecibelAxis({&values});
+        EXPECT_LE(axis.m_Min, -6.0);
+        EXPECT_GE(axis.m_Max, 6.0);
+        const double steps = (axis.m_Max - axis.m_Min) / axis.m_Step;
+        EXPECT_GE(steps, 5.0);
+        EXPECT_LE(steps, 13.0);
+        EXPECT_EQ(axis.m_Min, std::round(axis.m_Min / axis.m_Step) * axis.m_Step);
+        EXPECT_EQ(axis.m_Max, std::round(axis.m_Max / axis.m_Step) * axis.m_Step);
+        for (const double value : values) {
+            if (std::abs(value) < 200.0) {
+                EXPECT_LT(axis.m_Min, value) << "on the frame";
+                EXPECT_GT(axis.m_Max, value) << "on the frame";
+            }
+        }
+    }
+}
+
+TEST(FrequencyTicks, AreRoundAndFewAndNeverNone) {
+    const auto labels = [](double from, double to) {
+        std::string text;
+        for (const STick& tick : GetFrequencyTicks(from, to))
+            text += tick.m_Label.empty() ? "" : tick.m_Label + " ";
+        return text;
+    };
+    EXPECT_EQ(labels(20.0, 22000.0), "20 50 100 200 500 1k 2k 5k 10k 20k ");
+    EXPECT_EQ(labels(200e3, 2e6), "200k 500k 1M 2M ");
+    EXPECT_EQ(labels(300.0, 700.0), "300 400 500 600 700 ");
+    EXPECT_EQ(labels(440.0, 480.0), "440 445 450 455 460 465 470 475 480 ");
+    EXPECT_EQ(labels(1001.0, 1003.5), "1.001k 1.0015k 1.002k 1.0025k 1.003k 1.0035k ");
+}
+
+TEST(Frequencies, AscendInEqualRatiosBetweenExactEnds) {
+    const std::vector<double> frequencies = SpaceFrequencies(20.0, 22000.0, 700);
+    ASSERT_EQ(frequencies.size(), 700u);
+    EXPECT_EQ(frequencies.front(), 20.0);
+    EXPECT_EQ(frequencies.back(), 22000.0);
+    const double ratio = frequencies[1] / frequencies[0];
+    for (std::size_t i = 1; i < frequencies.size(); ++i)
+        ASSERT_NEAR(frequencies[i] / frequencies[i - 1], ratio, 1e-12); // Some roundings.
+}
+
+class Plot : public CFolderTest {
+protected:
+    static SPlot MakePlot() {
+        SPlot plot;
+        plot.m_Frequencies = SpaceFrequencies(20.0, 22000.0, 100);
+        plot.m_Nyquist = 24000.0;
+        plot.m_Series.push_back({"pure red", {1.0, 0.0, 0.0}, ELineStyle::Strong, 0, {}});
+        for (std::size_t i = 0; i < 100; ++i)
+            plot.m_Series[0].m_Values.push_back(i < 50 ? 3.0 : -kInfinity);
+        return plot;
+    }
+};
+
+TEST_F(Plot, CurveIsDrawnWhereItHasValues) {
+    ASSERT_TRUE(DrawPlot(MakePlot(), In("a.png")));
+    cairo_surface_t* picture = cairo_image_surface_create_from_png(In("a.png").c_str());
+    ASSERT_EQ(cairo_surface_status(picture), CAIRO_STATUS_SUCCESS);
+    const int width = cairo_image_surface_get_width(picture);
+    const int height = cairo_image_surface_get_height(picture);
+    EXPECT_EQ(width, 1200);
+    EXPECT_EQ(height, 700);
+    // Of the upper half, which holds no legend: the columns and rows with the curve's pure colour.
+    int columns[2] = {0, 0};
+    int rows = 0;
+    for (int y = 0; y < height / 2; ++y) {
+        const auto* row = reinterpret_cast<const std::uint32_t*>(
+            cairo_image_surface_get_data(picture) + y * cairo_image_surface_get_stride(picture));
+        int count[2] = {0, 0};
+        for (int x = 0; x < width; ++x)
+            count[x >= width / 2 + 30] += (row[x] & 0xffffffu) == 0xff0000u;
+        for (int half = 0; half < 2; ++half)
+            columns[half] = std::max(columns[half], count[half]);
+        rows += count[0] > 0;
+    }
+    cairo_surface_destroy(picture);
+    EXPECT_GT(columns[0], 500);
+    EXPECT_EQ(columns[1], 0);
+    EXPECT_LE(rows, 4); // A level curve: no line falls to where the values end.
+}
+
+TEST_F(Plot, IsVectorsByExtensionAndFailsOnAFullDisk) {
+    ASSERT_TRUE(DrawPlot(MakePlot(), In("a.svg")));
+    EXPECT_NE(ReadBytes("a.svg").find("<svg"), std::string::npos);
+    for (const char* name : {"full.svg", "full.png"}) {
+        std::filesystem::create_symlink("/dev/full", In(name));
+        const CStatus status = DrawPlot(MakePlot(), In(name));
+        ASSERT_FALSE(status);
+        EXPECT_NE(status.GetFault().m_Text.find("No space left"), std::string::npos)
+            << status.GetFault().m_Text;
+    }
+}
+
+} // namespace
+} // namespace CairnHostTests
