@@ -237,7 +237,7 @@ inline double EvaluateGain(const SPolynomials& p, long double w) {
 }
 // Turns by which the output lags behind the input.
 inline double EvaluatePhase(const SPolynomials& p, long double w) {
-    const auto lag = [w](const long double (&polynomial)[3]) {
+    const auto lag = [w](const long double(&polynomial)[3]) {
         const long double turns =
             -std::arg(Evaluate(polynomial, w)) / (2 * std::numbers::pi_v<long double>);
         return turns < 0 ? turns + 1 : turns;

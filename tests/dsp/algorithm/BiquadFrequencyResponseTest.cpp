@@ -1,9 +1,9 @@
 // Proves the responses of a section against complex arithmetic, at the edges of the band too, and
 // that they survive storage, with keys missing and by class id alone.
 
+#include "dsp/algorithm/BiquadFrequencyResponse.h"
 #include "core/runtime/ObjectsFactory.h"
 #include "dsp/FilterTestSupport.h"
-#include "dsp/algorithm/BiquadFrequencyResponse.h"
 #include "serialization/MemDataObject.h"
 #include "serialization/XmlDataObject.h"
 

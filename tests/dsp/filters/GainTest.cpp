@@ -1,9 +1,9 @@
 // Proves the gain stage: its factor at every sample of a steady and of a ramped block, its edges,
 // and its curves.
 
+#include "dsp/filters/Gain.h"
 #include "dsp/FilterProductInfo.h"
 #include "dsp/FilterTestSupport.h"
-#include "dsp/filters/Gain.h"
 
 #include <limits>
 #include <memory>

@@ -57,8 +57,8 @@ CSignal RunOracle(const SSection& section, double rate, const CValues& start, co
     for (std::size_t i = 0; i < input.size(); ++i) {
         CValues now = start;
         for (std::size_t p = 0; p < now.size(); ++p)
-            now[p] += (end[p] - start[p]) * static_cast<double>(i) /
-                      static_cast<double>(input.size());
+            now[p] +=
+                (end[p] - start[p]) * static_cast<double>(i) / static_cast<double>(input.size());
         output.push_back(static_cast<float>(
             naive.Run(section.m_Oracle(rate, now), static_cast<long double>(input[i]))));
     }
@@ -133,18 +133,19 @@ TEST(Sections, DoToASineWhatTheirCurvesTell) {
         CRig rig(*filter, rate);
         rig.Set(section.m_End);
         filter->UpdateOutputs();
-        for (int cycles : {5, 97, 700}) { // In the second half, which the filter has settled in.
-            const int half = 4800;
-            const double frequency = cycles * rate / half;
-            const auto turn = [&](int i) { return 2.0 * std::numbers::pi * cycles * i / half; };
+        for (int cycles : {5, 97, 700}) {
+            const int settling = 96000; // The slowest one has a time constant of 3400.
+            const int measured = 4800;
+            const double frequency = cycles * rate / measured;
+            const auto turn = [&](int i) { return 2.0 * std::numbers::pi * cycles * i / measured; };
             CSignal sine;
-            for (int i = 0; i < 2 * half; ++i)
+            for (int i = 0; i < settling + measured; ++i)
                 sine.push_back(static_cast<float>(std::sin(turn(i))));
             filter->Reset();
             const CSignal output = rig.Run({sine})[0];
             std::complex<double> sum;
-            for (int i = half; i < 2 * half; ++i)
-                sum += static_cast<double>(output[Index(i)]) * std::polar(2.0 / half, -turn(i));
+            for (int i = settling; i < settling + measured; ++i)
+                sum += static_cast<double>(output[Index(i)]) * std::polar(2.0 / measured, -turn(i));
             const double gain = std::abs(sum);
             const double turns = 0.25 + std::arg(sum) / (2.0 * std::numbers::pi);
 
