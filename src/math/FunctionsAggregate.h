@@ -10,12 +10,11 @@
 
 namespace Lathe::Math {
 
-// Entries may be null. A copy clones the entries, and so owns all of them.
+// Entries may be null. A copy clones the entries, and so owns all of them. Subclasses say what
+// Evaluate makes of the list.
 template <class I>
 class TNFunctionsAggregate : public I, public Containers::ICount {
 public:
-    // The subclass says what Evaluate makes of the list.
-
     bool Serialize(Serialization::IWriteDataStream& output) const override;
     bool DeSerialize(const Serialization::IReadDataStream& input) override;
 

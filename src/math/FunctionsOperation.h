@@ -18,11 +18,7 @@ inline constexpr SFunctionClassId<PlainBinaryFunction> FunctionsOperationClassId
 template <PlainBinaryFunction F>
 class TFunctionsOperation : public TNFunctionsAggregate<IFunction> {
 public:
-    static const char* ClassId() {
-        constexpr const char* id = FindClassId(FunctionsOperationClassIds, F);
-        static_assert(id != nullptr, "the operation has no row in the table of class ids");
-        return id;
-    }
+    static const char* ClassId() { return FindClassId<FunctionsOperationClassIds, F>(); }
 
     const char* GetClassId() const override { return ClassId(); }
     // 0 for an empty list. A null first entry counts as 0, and later ones are skipped.

@@ -4,6 +4,11 @@
 #include "math/Function.h"
 #include "math/FunctionsLibrary.h"
 
+#include <cstddef>
+#include <iterator>
+#include <type_traits>
+#include <utility>
+
 namespace Lathe::Math {
 
 using PlainFunction = double (*)(double);
@@ -70,25 +75,29 @@ inline constexpr SFunctionClassId<PlainBinaryFunction> BinaryFunctionClassIds[] 
     {FunctionsLibrary::Y, "{5B8476AC-CC3B-4cd5-9F3B-3AB71CE7E2D0}"},
 };
 
-// The id in the row of the function, or null.
-template <class TFunctionPointer, int Rows>
-constexpr const char* FindClassId(const SFunctionClassId<TFunctionPointer> (&rows)[Rows],
-                                  TFunctionPointer function) {
-    for (const auto& row : rows) {
-        if (row.m_Function == function)
-            return row.m_ClassId;
-    }
-    return nullptr;
+// The id in the row of F, or null. The functions are compared as types: compilers differ in
+// whether they compare addresses at compile time.
+template <auto F>
+struct TFunctionTag {};
+template <const auto& Rows, auto F, std::size_t... Row>
+constexpr const char* FindClassId(std::index_sequence<Row...>) {
+    const char* id = nullptr;
+    ((std::is_same_v<TFunctionTag<Rows[Row].m_Function>, TFunctionTag<F>> ? id = Rows[Row].m_ClassId
+                                                                          : id),
+     ...);
+    return id;
+}
+template <const auto& Rows, auto F>
+constexpr const char* FindClassId() {
+    constexpr const char* id = FindClassId<Rows, F>(std::make_index_sequence<std::size(Rows)>());
+    static_assert(id != nullptr, "the function has no row in the table of class ids");
+    return id;
 }
 
 template <PlainFunction F>
 class TFunction : public IFunction {
 public:
-    static const char* ClassId() {
-        constexpr const char* id = FindClassId(FunctionClassIds, F);
-        static_assert(id != nullptr, "the function has no row in the table of class ids");
-        return id;
-    }
+    static const char* ClassId() { return FindClassId<FunctionClassIds, F>(); }
     // The one shared object, which lives to the end of the process.
     static const TFunction& GetInstance() {
         static const TFunction instance;
@@ -105,11 +114,7 @@ public:
 template <PlainBinaryFunction F>
 class TBinaryFunction : public IBinaryFunction {
 public:
-    static const char* ClassId() {
-        constexpr const char* id = FindClassId(BinaryFunctionClassIds, F);
-        static_assert(id != nullptr, "the function has no row in the table of class ids");
-        return id;
-    }
+    static const char* ClassId() { return FindClassId<BinaryFunctionClassIds, F>(); }
     // The one shared object, which lives to the end of the process.
     static const TBinaryFunction& GetInstance() {
         static const TBinaryFunction instance;

@@ -151,8 +151,11 @@ bool CMemDataObject::DeSerialize(const IReadDataStream& input) {
     bool result = input.ReadInt(CountKey, &count) || input.IsIncremental();
     for (int i = 0; i < count; ++i) {
         char* name = nullptr;
-        if (!input.ReadString(MakeElementName(NameKey, i).c_str(), &name))
-            return input.IsIncremental();
+        if (!input.ReadString(MakeElementName(NameKey, i).c_str(), &name)) {
+            if (input.IsIncremental())
+                continue;
+            return false;
+        }
         const std::unique_ptr<char[]> owner(name);
         CDataBuffer buffer;
         if (input.ReadObject(MakeElementName(ItemKey, i).c_str(), buffer))

@@ -42,8 +42,8 @@ public:
 
     // "ItemsCount", then "ItemName" and "Item" with the index of each, in no order.
     bool Serialize(IWriteDataStream& output) const override;
-    // Adds to what is there if the stream is incremental, else replaces it. Items end at the first
-    // that is missing, whatever the count says.
+    // Replaces what is there, up to the first item that is missing, whatever the count says. An
+    // incremental stream sets the items that it names.
     bool DeSerialize(const IReadDataStream& input) override;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "serialization/CollectionSerializers.h"
 
+#include <cstring>
 #include <list>
 
 namespace Lathe::Serialization {
@@ -14,6 +15,8 @@ constexpr const char* ItemBaseName = "item";
 using Item = TSerializableNamedValue<Core::CCharString>;
 using ItemList = std::list<Item>;
 
+// Sorted, because the order of a dictionary changes when it is filled anew, and an incremental
+// stream tells items apart by their index alone.
 ItemList MakeList(const Containers::IConstNamedAttributes& attributes) {
     ItemList items;
     const auto values = attributes.GetValues();
@@ -21,6 +24,9 @@ ItemList MakeList(const Containers::IConstNamedAttributes& attributes) {
         items.emplace_back(names->GetValue(), values->GetValue());
         values->Next();
     }
+    items.sort([](const Item& left, const Item& right) {
+        return std::strcmp(left.GetName(), right.GetName()) < 0;
+    });
     return items;
 }
 
@@ -32,8 +38,6 @@ bool CNamedAttributesSerializer::Serialize(IWriteDataStream& output) const {
 }
 
 bool CNamedAttributesDeSerializer::DeSerialize(const IReadDataStream& input) {
-    // An incremental stream counts the items in the order in which they were written, which is the
-    // order that they have now.
     ItemList items = input.IsIncremental() ? MakeList(m_Attributes) : ItemList();
     TStdContainerDeSerializer<Item, ItemList> list(items, ItemBaseName);
     const bool result = ReadObjectOrKeep(input, ListKey, list);

@@ -9,10 +9,12 @@
 #include <tinyxml.h>
 
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace Lathe::Serialization {
@@ -52,14 +54,16 @@ const char* GetNodeText(const TiXmlElement& element) {
     return "";
 }
 
-// The end of a character reference at the position: hexadecimal digits, then ";". The position
-// itself when there is none.
+// The end of a character reference whose digits begin at the position: hexadecimal, then ";". The
+// position itself when there is none, or when no character has that number.
 std::size_t FindReferenceEnd(const std::string& text, std::size_t position) {
-    constexpr std::size_t MaxDigits = 6;
-    const std::size_t end = text.find_first_not_of("0123456789abcdefABCDEF", position);
-    const bool isReference = end != std::string::npos && text[end] == ';' && end > position &&
-                             end - position <= MaxDigits;
-    return isReference ? end + 1 : position;
+    unsigned number = 0;
+    const char* const first = text.data() + position;
+    const char* const last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(first, last, number, 16);
+    const bool isReference =
+        error == std::errc() && end != last && *end == ';' && number > 0 && number <= 0x10FFFF;
+    return isReference ? static_cast<std::size_t>(end - text.data()) + 1 : position;
 }
 
 // A value that holds a character reference, "&#x" to ";", is stored with the reference as it is, so

@@ -17,8 +17,8 @@ inline constexpr std::size_t MaxXmlSize = std::size_t{64} << 20;
 // Elements nested deeper are refused: they are parsed and read by recursion.
 inline constexpr int MaxXmlDepth = 1000;
 // Siblings and attributes are found by walking over those before them. A document for which the
-// steps of finding each once add up to more, seconds of work, is refused.
-inline constexpr long long MaxXmlLookupSteps = 1'000'000'000;
+// steps of finding each once add up to more, a few seconds' work, is refused.
+inline constexpr long long MaxXmlLookupSteps = 100'000'000;
 
 // False for a text that isn't well-formed in its tags and quotes, or that passes the limits above.
 // The matching of names and the forms of references are left to the parser.

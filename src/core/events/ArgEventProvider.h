@@ -29,6 +29,11 @@ public:
 template <class A>
 class TArgEventProvider : public TIArgEventProvider<A>, public TIArgNotify<A> {
 public:
+    TArgEventProvider() = default;
+    // As with CEventProvider, a copy starts without subscriptions.
+    TArgEventProvider(const TArgEventProvider&) : TIArgEventProvider<A>(), TIArgNotify<A>() {}
+    TArgEventProvider& operator=(const TArgEventProvider&) { return *this; }
+
     void AddCommand(TIArgCommand<A>* command) override { m_Nodes.push_back({command, false}); }
     void AddCommand(TIArgCommand<A>& command) override { AddCommand(&command); }
 

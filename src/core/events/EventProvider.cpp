@@ -4,10 +4,10 @@ namespace Lathe::Core {
 
 // The cursor of one walk over the list. Nested walks are chained, so that a removal in the inner
 // one also moves the cursors of those around it.
-struct CEventProvider::SNotification {
-    SNode* m_Running;
+struct CEventProvider::SCursor {
+    SNode* m_Current; // Null between commands, and once the running one is removed.
     SNode* m_Next;
-    SNotification* m_Outer;
+    SCursor* m_Outer;
 };
 
 void CEventProvider::AddCommand(ICommand* command) {
@@ -46,11 +46,11 @@ CEventProvider::~CEventProvider() {
 }
 
 void CEventProvider::Remove(SNode* node) {
-    for (SNotification* walk = m_Current; walk; walk = walk->m_Outer) {
-        if (walk->m_Running == node)
-            walk->m_Running = nullptr;
-        if (walk->m_Next == node)
-            walk->m_Next = node->m_NextNode;
+    for (SCursor* cursor = m_Cursor; cursor; cursor = cursor->m_Outer) {
+        if (cursor->m_Current == node)
+            cursor->m_Current = nullptr;
+        if (cursor->m_Next == node)
+            cursor->m_Next = node->m_NextNode;
     }
     (node->m_Previous ? node->m_Previous->m_NextNode : m_First) = node->m_NextNode;
     (node->m_NextNode ? node->m_NextNode->m_Previous : m_Last) = node->m_Previous;
@@ -62,20 +62,20 @@ void CEventProvider::Notify() {
         ++m_MissedNotifications;
         return;
     }
-    SNotification walk{nullptr, m_First, m_Current};
-    m_Current = &walk;
-    while (SNode* node = walk.m_Next) {
-        walk.m_Next = node->m_NextNode;
+    SCursor cursor{nullptr, m_First, m_Cursor};
+    m_Cursor = &cursor;
+    while (SNode* node = cursor.m_Next) {
+        cursor.m_Next = node->m_NextNode;
         if (node->m_Running)
             continue;
         node->m_Running = true;
-        walk.m_Running = node;
+        cursor.m_Current = node;
         node->m_Command->Execute();
-        if (walk.m_Running)
+        if (cursor.m_Current)
             node->m_Running = false;
-        walk.m_Running = nullptr;
+        cursor.m_Current = nullptr;
     }
-    m_Current = walk.m_Outer;
+    m_Cursor = cursor.m_Outer;
 }
 
 } // namespace Lathe::Core

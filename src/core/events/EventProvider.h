@@ -62,14 +62,14 @@ private:
         SNode* m_Previous;
         SNode* m_NextNode;
     };
-    struct SNotification;
+    struct SCursor;
 
     void Remove(SNode* node);
 
     SNode* m_First = nullptr;
     SNode* m_Last = nullptr;
-    // The innermost notification in progress, which leads to those around it.
-    SNotification* m_Current = nullptr;
+    // The cursor of the innermost notification in progress, which leads to those around it.
+    SCursor* m_Cursor = nullptr;
     int m_MissedNotifications = 0;
     bool m_Enabled = true;
 };

@@ -2,15 +2,19 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace Lathe::Core {
 
-// Holds a T by value. The number tells apart several holders of one type among the bases.
+// Holds a T by value, or by pointer as a THolder<OwnedPtr<T>>. The number tells apart several
+// holders of one type among the bases.
 template <class T, int Number = 0>
 class THolder {
 public:
+    // Constrained, so that a copy of a derived object still copies the held one.
     template <class... TArguments>
+    requires std::is_constructible_v<T, TArguments...>
     explicit THolder(TArguments&&... arguments) : m_Held(std::forward<TArguments>(arguments)...) {}
 
     T& GetHeld() { return m_Held; }

@@ -12,8 +12,9 @@ class TSingletonInstance {
 public:
     TSingletonInstance() {
         CAutoLock lock(GetLock());
-        if (s_Holders++ == 0)
+        if (s_Holders == 0)
             s_Instance = new T; // Deleted by the last holder's destructor.
+        ++s_Holders;            // Behind the creation: a holder that failed is not counted.
     }
     TSingletonInstance(const TSingletonInstance&) : TSingletonInstance() {}
     TSingletonInstance& operator=(const TSingletonInstance&) { return *this; }

@@ -20,9 +20,11 @@ protected:
     void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
 
 private:
-    friend class CBiquadFilter;
-
     struct SValues {
+        // Moves by a sample: the angle and the bandwidth by adding, the gain by its ratio.
+        void Step(const SValues& rates) LATHE_REALTIME;
+        SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
+
         // Radians per sample.
         double m_Omega = 0.0;
         double m_HalfBandwidth = 0.0;
@@ -31,10 +33,9 @@ private:
     };
 
     SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
-    void AdvanceRamp(int orders) LATHE_REALTIME;
-    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
 
-    std::array<SValues, 1 + MaxRampOrders> m_Values;
+    // The current values, followed by their ramp by order.
+    std::array<SValues, 1 + MaxRampOrders> m_Ramp;
 };
 
 } // namespace Lathe::Audio::DSP::Filters

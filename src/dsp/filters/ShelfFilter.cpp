@@ -27,48 +27,10 @@ const CParamInfos& GetShelfParams() {
     return params;
 }
 
-} // namespace
+// Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle in
+// radians per sample and the fourth root of the linear gain.
 
-CShelfFilter::CShelfFilter(int channels) : CBiquadFilter(channels) {
-    m_InputParamsInfo = GetShelfParams();
-}
-
-void CShelfFilter::OnInputParamsChanged(const IConstParamsValues& values) {
-    if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
-        return;
-    m_Values[0] = Convert(values);
-    RecomputeCoefficients();
-}
-
-void CShelfFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
-    if (rates.GetCount() == s_ParamsCount)
-        m_Values[static_cast<std::size_t>(order)] = Convert(rates);
-}
-
-CShelfFilter::SValues CShelfFilter::Convert(const IConstParamsValues& values) const {
-    return {values.GetValue(0) * m_InvSampleRate * 6.283185307179586,
-            Math::FunctionsLibrary::FromdB(values.GetValue(1) * 0.25)};
-}
-
-void CShelfFilter::AdvanceRamp(int orders) {
-    for (auto order = static_cast<std::size_t>(orders); order > 0; --order) {
-        m_Values[order - 1].m_Omega += m_Values[order].m_Omega;
-        m_Values[order - 1].m_SqrtA *= m_Values[order].m_SqrtA;
-    }
-}
-
-const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
-    static const CFilterProductInfo info("Marrow Sound", "Low Shelf Filter", "1.0", "", "", 9, "");
-    return info;
-}
-
-void CLowShelfFilter::RecomputeCoefficients() {
-    SetCoefficients(ComputeCoefficients());
-}
-
-// The low shelf of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1.
-SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
-    const auto& [w, sqrtA] = m_Values[0];
+[[gnu::always_inline]] inline SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
     const double a = sqrtA * sqrtA;
     const double beta = std::sin(w) * sqrtA * s_Sqrt2;
     const double cosW = std::cos(w);
@@ -82,22 +44,7 @@ SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
     return c;
 }
 
-void CLowShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(*this, samples, rampOrders);
-}
-
-const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
-    static const CFilterProductInfo info("Marrow Sound", "High Shelf Filter", "1.0", "", "", 9, "");
-    return info;
-}
-
-void CHighShelfFilter::RecomputeCoefficients() {
-    SetCoefficients(ComputeCoefficients());
-}
-
-// The high shelf of the same source.
-SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
-    const auto& [w, sqrtA] = m_Values[0];
+[[gnu::always_inline]] inline SBiquadCoefficients ComputeHighShelf(double w, double sqrtA) {
     const double a = sqrtA * sqrtA;
     const double beta = std::sin(w) * sqrtA * s_Sqrt2;
     const double cosW = std::cos(w);
@@ -111,8 +58,57 @@ SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
     return c;
 }
 
+} // namespace
+
+CShelfFilter::CShelfFilter(int channels) : CBiquadFilter(channels) {
+    m_InputParamsInfo = GetShelfParams();
+}
+
+void CShelfFilter::OnInputParamsChanged(const IConstParamsValues& values) {
+    if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
+        return;
+    m_Ramp[0] = Convert(values);
+    SetCoefficients(ComputeCoefficients());
+}
+
+void CShelfFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
+    if (rates.GetCount() == s_ParamsCount)
+        m_Ramp[static_cast<std::size_t>(order)] = Convert(rates);
+}
+
+CShelfFilter::SValues CShelfFilter::Convert(const IConstParamsValues& values) const {
+    return {values.GetValue(0) * m_InvSampleRate * 6.283185307179586,
+            Math::FunctionsLibrary::FromdB(values.GetValue(1) * 0.25)};
+}
+
+const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
+    static const CFilterProductInfo info("Marrow Sound", "Low Shelf Filter", "1.0", "", "", 9, "");
+    return info;
+}
+
+SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
+    return ComputeLowShelf(m_Ramp[0].m_Omega, m_Ramp[0].m_SqrtA);
+}
+
+void CLowShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
+    ProcessRamped(m_Ramp, samples, rampOrders, [](const SValues& values) {
+        return ComputeLowShelf(values.m_Omega, values.m_SqrtA);
+    });
+}
+
+const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
+    static const CFilterProductInfo info("Marrow Sound", "High Shelf Filter", "1.0", "", "", 9, "");
+    return info;
+}
+
+SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
+    return ComputeHighShelf(m_Ramp[0].m_Omega, m_Ramp[0].m_SqrtA);
+}
+
 void CHighShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(*this, samples, rampOrders);
+    ProcessRamped(m_Ramp, samples, rampOrders, [](const SValues& values) {
+        return ComputeHighShelf(values.m_Omega, values.m_SqrtA);
+    });
 }
 
 } // namespace Lathe::Audio::DSP::Filters

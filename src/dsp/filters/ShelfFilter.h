@@ -13,6 +13,12 @@ public:
 
 protected:
     struct SValues {
+        // Moves by a sample: the angle by adding, the gain by its ratio.
+        void Step(const SValues& rates) LATHE_REALTIME {
+            m_Omega += rates.m_Omega;
+            m_SqrtA *= rates.m_SqrtA;
+        }
+
         // Radians per sample.
         double m_Omega = 0.0;
         // The fourth root of the linear gain; in a ramp, its ratio per sample.
@@ -22,10 +28,11 @@ protected:
     explicit CShelfFilter(int channels);
 
     void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME override;
-    void AdvanceRamp(int orders) LATHE_REALTIME;
-    virtual void RecomputeCoefficients() LATHE_REALTIME = 0;
+    // From the current values.
+    virtual SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME = 0;
 
-    std::array<SValues, 1 + MaxRampOrders> m_Values;
+    // The current values, followed by their ramp by order.
+    std::array<SValues, 1 + MaxRampOrders> m_Ramp;
 
 private:
     SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
@@ -39,12 +46,8 @@ public:
     const IConstFilterProductInfo& GetProductInfo() const override;
 
 protected:
-    void RecomputeCoefficients() LATHE_REALTIME override;
+    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
     void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
-
-private:
-    friend class CBiquadFilter;
-    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
 };
 
 class CHighShelfFilter : public CShelfFilter {
@@ -55,12 +58,8 @@ public:
     const IConstFilterProductInfo& GetProductInfo() const override;
 
 protected:
-    void RecomputeCoefficients() LATHE_REALTIME override;
+    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
     void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
-
-private:
-    friend class CBiquadFilter;
-    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
 };
 
 } // namespace Lathe::Audio::DSP::Filters

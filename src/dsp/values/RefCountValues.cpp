@@ -2,8 +2,6 @@
 
 #include "datamodel/objects/DynamicPropertyValue.h"
 #include "math/Constant.h"
-#include "math/FunctionsLibrary.h"
-#include "math/PlainFunction.h"
 
 namespace Lathe::Audio::DSP {
 
@@ -17,23 +15,23 @@ const DataModel::Objects::CEmptyDynamicPropertyValue s_NoCustomProperty;
 } // namespace
 
 template <>
-const char* GetUnsetValue<const char*>() {
+const char* GetUnsetValue<const char*>() LATHE_REALTIME {
     return "";
 }
 
 template <>
-const Math::IFunction& GetUnsetValue<const Math::IFunction&>() {
+const Math::IFunction& GetUnsetValue<const Math::IFunction&>() LATHE_REALTIME {
     return s_NoCurve;
 }
 
 template <>
-const Math::IBinaryFunction& GetUnsetValue<const Math::IBinaryFunction&>() {
+const Math::IBinaryFunction& GetUnsetValue<const Math::IBinaryFunction&>() LATHE_REALTIME {
     return s_NoSurface;
 }
 
 template <>
 const DataModel::Objects::IDynamicPropertyValue&
-GetUnsetValue<const DataModel::Objects::IDynamicPropertyValue&>() {
+GetUnsetValue<const DataModel::Objects::IDynamicPropertyValue&>() LATHE_REALTIME {
     return s_NoCustomProperty;
 }
 

@@ -1,0 +1,27 @@
+// Measures the equaliser beside a plain loop in one run, and prints the ratios.
+#include "dsp/PluginsFilters/EqualiserBenchmark.h"
+#include "support/RatioReporter.h"
+
+#include <string>
+#include <vector>
+
+int main(int argc, char** argv) {
+    if (!CairnBench::CheckSameSamples())
+        return 1;
+    // Interleaved repetitions, so that a disturbance meets both sides alike. What is given on the
+    // command line comes later and wins.
+    std::vector<std::string> arguments = {argv[0], "--benchmark_enable_random_interleaving=true",
+                                          "--benchmark_repetitions=9", "--benchmark_min_time=0.03"};
+    arguments.insert(arguments.end(), argv + 1, argv + argc);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
+    int count = static_cast<int>(pointers.size());
+    benchmark::Initialize(&count, pointers.data());
+    if (benchmark::ReportUnrecognizedArguments(count, pointers.data()))
+        return 2;
+    CairnBench::CRatioReporter reporter(CairnBench::RegisterEqualiserBenchmarks());
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}

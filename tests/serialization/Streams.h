@@ -1,0 +1,83 @@
+// The streams under test, one of each kind, and short ways to write and read them.
+#pragma once
+
+#include "core/text/CharString.h"
+#include "serialization/MemDataObject.h"
+#include "serialization/StreamValue.h"
+#include "serialization/XmlDataObject.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+
+namespace Lathe::Serialization::Tests {
+
+inline std::string GetText(const CXmlDataObject& document) {
+    char* text = nullptr;
+    EXPECT_TRUE(document.GetText(text));
+    return std::unique_ptr<char[]>(text).get();
+}
+
+inline bool Parse(CXmlDataObject& document, const std::string& text) {
+    return document.Parse(text.data(), static_cast<int>(text.size()));
+}
+
+inline std::string ReadText(const IReadDataStream& input, const char* name) {
+    Core::CCharString text("(missing)");
+    ReadValue(input, name, text);
+    return text.GetText();
+}
+
+inline int ReadInt(const IReadDataStream& input, const char* name, int missing = -1) {
+    input.ReadInt(name, &missing);
+    return missing;
+}
+
+// New for each run; CAIRN_TEST_SEED gives it again.
+inline unsigned GetSeed() {
+    const char* given = std::getenv("CAIRN_TEST_SEED");
+    return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
+}
+
+// Hands each check an XML document of each format and a memory object, with a function that takes
+// it to text and back.
+template <class TCheck>
+void ForEachStream(const TCheck& check) {
+    for (int format = 0; format < 3; ++format) {
+        SCOPED_TRACE("XML format " + std::to_string(format));
+        CXmlDataObject document("Root", format);
+        check(document, [&] { ASSERT_TRUE(Parse(document, GetText(document))); });
+    }
+    SCOPED_TRACE("memory");
+    CMemDataObject memory;
+    check(memory, [&] {
+        CXmlDataObject file("File");
+        ASSERT_TRUE(file.WriteObject("memory", memory));
+        ASSERT_TRUE(Parse(file, GetText(file)) && file.ReadObject("memory", memory));
+    });
+}
+
+// Says that it holds only what changed.
+class CChanges : public CMemDataObject {
+public:
+    bool IsIncremental() const override { return true; }
+};
+
+// Holds one int under "v", and can be made to fail. A missing one is the default, -1.
+struct CIntObject : virtual ISerializable {
+    CIntObject(int value = -1, bool result = true) : m_Value(value), m_Result(result) {}
+    bool Serialize(IWriteDataStream& output) const override {
+        return output.WriteInt("v", &m_Value) && m_Result;
+    }
+    bool DeSerialize(const IReadDataStream& input) override {
+        return ReadValueOrDefault(input, "v", m_Value, -1) && m_Result;
+    }
+    int m_Value;
+    bool m_Result;
+};
+
+} // namespace Lathe::Serialization::Tests

@@ -1,0 +1,215 @@
+// The XML documents: their written form, which files depend on, and what damaged or hostile texts
+// and names do.
+#include "serialization/Streams.h"
+
+#include "serialization/XmlText.h"
+
+#include <filesystem>
+#include <random>
+#include <sstream>
+
+namespace Lathe::Serialization::Tests {
+
+namespace {
+
+void WriteOneOfEach(IWriteDataStream& output) {
+    const bool flag = true;
+    const int number = -3;
+    const float single = 0.5f;
+    const double real = 0.1;
+    output.WriteBool("b", &flag);
+    output.WriteInt("i", &number);
+    output.WriteFloat("f", &single);
+    output.WriteDouble("d", &real);
+    output.WriteString("s", "x<\"y\"&\n");
+    output.WriteData("raw", "foob", 4);
+    output.WriteObject("o", CIntObject(1));
+}
+
+// Without the line breaks and indentation between the marks.
+std::string Flatten(const std::string& text) {
+    std::string flat;
+    bool indents = false;
+    for (const char c : text) {
+        indents = c == '\n' || (indents && c == ' ');
+        if (!indents)
+            flat += c;
+    }
+    return flat;
+}
+
+std::string Repeat(const std::string& text, int count) {
+    std::string all;
+    for (int i = 0; i < count; ++i)
+        all += text;
+    return all;
+}
+
+std::string Nest(int depth) {
+    return Repeat("<a>", depth) + Repeat("</a>", depth);
+}
+
+void CheckUsableAndEmpty(CXmlDataObject& document) {
+    EXPECT_FALSE(document.HasValue("v"));
+    CIntObject object(9);
+    EXPECT_FALSE(document.ReadObject("o", object));
+    const int value = 4;
+    EXPECT_TRUE(document.WriteInt("v", &value));
+    EXPECT_EQ(ReadInt(document, "v"), 4);
+    EXPECT_NE(GetText(document).find("<Root v=\"4\" />"), std::string::npos);
+}
+
+} // namespace
+
+TEST(XmlDataObject, WritesTheKnownFormOfEachFormat) {
+    const char* const bodies[] = {
+        R"(<Root b="1" i="-3" f="0.5" d="0.10000000000000000555" s='x&lt;&quot;y&quot;&amp;&#x0A;')"
+        R"( raw="Zm9vYg=="><o v="1" /></Root>)",
+        "<Root><b>1</b><i>-3</i><f>0.5</f><d>0.10000000000000000555</d>"
+        "<s>x&lt;&quot;y&quot;&amp;&#x0A;</s><raw>Zm9vYg==</raw><o><v>1</v></o></Root>",
+        R"(<Root><BOOL name="b">1</BOOL><INTEGER name="i">-3</INTEGER><FLOAT name="f">0.5</FLOAT>)"
+        R"(<DOUBLE name="d">0.10000000000000000555</DOUBLE>)"
+        R"(<STRING name="s">x&lt;&quot;y&quot;&amp;&#x0A;</STRING><DATA name="raw">Zm9vYg==</DATA>)"
+        R"(<OBJECT name="o"><INTEGER name="v">1</INTEGER></OBJECT></Root>)"};
+    for (int format = 0; format < 3; ++format) {
+        CXmlDataObject document("Root", format);
+        WriteOneOfEach(document);
+        EXPECT_EQ(Flatten(GetText(document)),
+                  std::string("<?xml version=\"1.0\" encoding=\"utf-8\" ?>") + bodies[format]);
+    }
+}
+
+TEST(XmlDataObject, ReadsDocumentsWrittenByHand) {
+    CXmlDataObject document("Root");
+    ASSERT_TRUE(Parse(document,
+                      "\xEF\xBB\xBF\r\n<!DOCTYPE x>\n<!-- > </a> < --><Other\n i = '12x' e=''"
+                      " v='&#65;&#x42;&apos;>'><!--c--><v v='1'/><v v='2'></v>\n</Other>\n"));
+    EXPECT_EQ(ReadInt(document, "i"), 12);
+    EXPECT_EQ(ReadInt(document, "e", 5), 5); // There, and leaves what the stream leaves.
+    EXPECT_EQ(ReadText(document, "e"), "");
+    EXPECT_EQ(ReadText(document, "v"), "AB'>"); // The attribute, beside elements of that name.
+    CIntObject first;
+    EXPECT_TRUE(document.ReadObject("v", first));
+    EXPECT_EQ(first.m_Value, 1);
+    EXPECT_EQ(GetText(document).find("\xEF\xBB\xBF"), std::string::npos);
+
+    CXmlDataObject elements("Root", XmlElements);
+    ASSERT_TRUE(Parse(elements, "<r><a/><b> 7\n</b><c><!-- c -->t<![CDATA[u]]></c><d>!</d></r>"));
+    EXPECT_EQ(ReadText(elements, "a"), "");
+    EXPECT_EQ(ReadInt(elements, "b"), 7);
+    EXPECT_EQ(ReadText(elements, "c"), "t");
+    char* data = nullptr;
+    int size = 7;
+    EXPECT_FALSE(elements.ReadData("d", &data, &size));
+    EXPECT_TRUE(!data && size == 7);
+}
+
+TEST(XmlDataObject, KeepsCharacterReferencesAsTheyAre) {
+    CXmlDataObject document("Root");
+    document.WriteString("v", "a&#x42;\"&#x&#xe9;");
+    EXPECT_NE(GetText(document).find("'a&#x42;&quot;&amp;#x&#xe9;'"), std::string::npos);
+    ASSERT_TRUE(Parse(document, GetText(document)));
+    EXPECT_EQ(ReadText(document, "v"), "aB\"&#xé");
+}
+
+TEST(XmlDataObject, SavesAndLoadsFiles) {
+    const auto path = std::filesystem::temp_directory_path() /
+                      ("cairn_xml_" + std::to_string(std::random_device{}()) + ".preset");
+    CXmlDataObject saved("Preset");
+    WriteOneOfEach(saved);
+    ASSERT_TRUE(saved.Save(path.c_str()));
+    CXmlDataObject loaded("Root");
+    EXPECT_TRUE(loaded.Load(path.c_str()));
+    EXPECT_EQ(GetText(loaded), GetText(saved));
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2);
+    EXPECT_FALSE(loaded.Load(path.c_str()));
+    CheckUsableAndEmpty(loaded);
+    std::filesystem::remove(path);
+    for (const char* bad : {path.c_str(), "/", "", "/dev/null", "/dev/zero"}) {
+        EXPECT_FALSE(loaded.Load(bad)) << bad;
+        CheckUsableAndEmpty(loaded);
+    }
+    EXPECT_FALSE(loaded.Load(nullptr));
+    EXPECT_FALSE(saved.Save("/missing folder/x.preset"));
+    EXPECT_FALSE(saved.Save(nullptr));
+}
+
+TEST(XmlDataObject, RefusesTextsThatAreNoDocuments) {
+    // One a line, then those that need more room.
+    std::istringstream lines(
+        "no marks\n<\n<a\n<a>\n<a></b>\n</a>\n<a/><b/>\n<a/>tail\n<1/>\n<a b/>\n"
+        "<a b=c/>\n<a b='c/>\n<a b='<'/>\n<a b='1' b='2'/>\n<a b='&#x'/>\n"
+        "<a>&#x41</a>\n<a><![CDATA[</a>\n<a><!-- </a>\n<?xml\n<?xml?>\n"
+        "<a><?xml version='></a>'?></a>\n<a b='\xE9/>");
+    std::vector<std::string> texts = {"", std::string("<a v='1'\0/>", 11)};
+    for (std::string line; std::getline(lines, line);)
+        texts.push_back(line);
+    const int many = 1'000'000;
+    for (const char* opening : {"<a>", "<a><?xml v='></a>'?>", "<a b='</a>'>"})
+        texts.push_back(Repeat(opening, many));
+    texts.push_back(Nest(MaxXmlDepth + 1));
+    texts.push_back("<a>" + Repeat("<b/>", many) + "</a>");
+    texts.push_back("<a" + Repeat(" b='1'", many) + "/>");
+    texts.push_back("<a b='" + std::string(100 << 20, 'x') + "'/>");
+    CXmlDataObject document("Root");
+    for (const std::string& text : texts) {
+        ASSERT_TRUE(Parse(document, "<Root v='1'><o/></Root>"));
+        EXPECT_FALSE(Parse(document, text)) << text.substr(0, 80);
+        CheckUsableAndEmpty(document);
+    }
+    EXPECT_FALSE(document.Parse(nullptr, 5));
+    EXPECT_FALSE(document.Parse("<a/>", -4));
+    EXPECT_TRUE(document.Parse("<a/>junk", 4));
+    EXPECT_TRUE(Parse(document, Nest(MaxXmlDepth)));
+    EXPECT_TRUE(Parse(document, "<a b='" + std::string(20 << 20, 'x') + "'/>"));
+}
+
+// Damage of every kind at every place: each text is either refused or gives a usable document.
+TEST(XmlDataObject, SurvivesDamagedTexts) {
+    CXmlDataObject source("Root", XmlTyped);
+    WriteOneOfEach(source);
+    const std::string whole = GetText(source);
+    for (std::size_t length = 0; length < whole.size() - 7; ++length) {
+        CXmlDataObject cut("Root");
+        EXPECT_FALSE(Parse(cut, whole.substr(0, length))) << length;
+    }
+    const unsigned seed = GetSeed();
+    SCOPED_TRACE("CAIRN_TEST_SEED=" + std::to_string(seed));
+    using namespace std::string_literals;
+    std::mt19937 random(seed);
+    const std::string marks = "<>/='\"&;#x!-?[]\xE9\xEF\xBB\0 a1"s;
+    for (int i = 0; i < 5000; ++i) {
+        std::string damaged = whole;
+        for (unsigned k = random() % 4 + 1; k > 0; --k)
+            damaged[random() % damaged.size()] = marks[random() % marks.size()];
+        CXmlDataObject document("Root", static_cast<int>(random() % 3));
+        Parse(document, damaged);
+        EXPECT_TRUE(document.WriteObject("again", CIntObject(6)));
+        CIntObject object;
+        EXPECT_TRUE(document.ReadObject("again", object)) << damaged;
+        EXPECT_EQ(object.m_Value, 6);
+    }
+}
+
+TEST(XmlDataObject, RefusesNamesThatWouldSpoilTheDocument) {
+    const int value = 1;
+    for (const char* name : {"", "two words", "a=b", "1st", "a<b", "-", "a\"b"})
+        for (int format = 0; format < 3; ++format) {
+            CXmlDataObject document("Root", format);
+            EXPECT_EQ(document.WriteInt(name, &value), format == XmlTyped) << name;
+            EXPECT_EQ(document.WriteObject(name, CIntObject(2)), format == XmlTyped) << name;
+            EXPECT_TRUE(document.WriteInt("_ok-1.x:y", &value));
+            ASSERT_TRUE(Parse(document, GetText(document)));
+            EXPECT_EQ(document.HasValue(name), format == XmlTyped) << name;
+            EXPECT_EQ(ReadInt(document, "_ok-1.x:y"), 1);
+        }
+    CXmlBaseDataObject nothing(nullptr, XmlAttributes);
+    CIntObject object;
+    EXPECT_FALSE(nothing.WriteInt("v", &value) || nothing.WriteObject("v", object));
+    EXPECT_FALSE(nothing.ReadObject("v", object) || nothing.HasValue("v"));
+    nothing.RemoveValue("v");
+    nothing.Clear();
+    EXPECT_EQ(ReadText(nothing, "v"), "(missing)");
+}
+
+} // namespace Lathe::Serialization::Tests
