@@ -1,5 +1,5 @@
 // The counted form of collections: sizes, gaps, changes only, and counts that can't be true.
-#include "Streams.h"
+#include "serialization/Streams.h"
 
 #include "serialization/CollectionSerializers.h"
 #include "serialization/NamedValues.h"

@@ -1,6 +1,6 @@
 // A value in memory has one type, and bytes from a file that don't fit their type are never handed
 // out.
-#include "Streams.h"
+#include "serialization/Streams.h"
 
 #include "serialization/DataBuffer.h"
 

@@ -1,6 +1,6 @@
 // Every stream keeps the same promises: what is written is read, names have one value, and nothing
 // that is missing or null does harm.
-#include "Streams.h"
+#include "serialization/Streams.h"
 
 #include <cfloat>
 #include <climits>

@@ -2,7 +2,7 @@
 // leave what a stream leaves.
 #include "core/text/NumberText.h"
 
-#include "Streams.h"
+#include "serialization/Streams.h"
 
 #include <bit>
 #include <cfloat>

@@ -1,6 +1,6 @@
 // Objects whose class the reader finds out: what is made, kept, nulled or refused, in full streams
 // and in those that hold only changes.
-#include "Streams.h"
+#include "serialization/Streams.h"
 
 #include "serialization/NamedValues.h"
 #include "serialization/TypedObject.h"

@@ -1,6 +1,6 @@
 // The XML documents: their written form, which files depend on, and what damaged or hostile texts
 // and names do.
-#include "Streams.h"
+#include "serialization/Streams.h"
 
 #include "serialization/XmlText.h"
 

@@ -2,8 +2,6 @@
 
 #include "datamodel/objects/DynamicPropertyValue.h"
 #include "math/Constant.h"
-#include "math/FunctionsLibrary.h"
-#include "math/PlainFunction.h"
 
 namespace Lathe::Audio::DSP {
 

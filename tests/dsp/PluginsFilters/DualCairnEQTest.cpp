@@ -4,6 +4,7 @@
 #include "dsp/PluginsFilters/DualCairnEQ.h"
 #include "dsp/FilterProductInfo.h"
 #include "dsp/PluginsFilters/EqualiserOracle.h"
+#include "support/AllocationCounter.h"
 
 #include <memory>
 
@@ -414,6 +415,38 @@ TEST(DualCairnEQ, IsContinuedByACloneToTheBit) {
         EXPECT_STREQ(clone->GetInputParamsInfo().GetElement(12).GetName(), "High (2)");
         EXPECT_STREQ(clone->GetProductInfo().GetName(), "Marrow's Cairn EQ (Dual)");
     }
+}
+
+// Of a copy neither, whatever part of its room the original was using.
+TEST(DualCairnEQ, AllocatesNothingOnTheAudioPath) {
+    CDualCairnEQ filter;
+    CRig rig(filter, 44100.0, 512);
+    CBuffers buffers(2, 512, 0.5f);
+    Colour(rig, 0.0);
+    rig.Move(s_Channel2, -1.0);
+    rig.Process(buffers, buffers, 16);
+    const std::unique_ptr<IFilter> clone(filter.Clone());
+    CRig cloneRig(*clone, rig);
+    const auto check = [&buffers](IFilter& running, CRig& driver) {
+        const CAllocationScope scope;
+        for (int samples : {512, 0, 100}) {
+            for (int param = 0; param < 13; ++param)
+                driver.Move(param, samples + param);
+            driver.Process(buffers, buffers, samples);
+            running.UpdateOutputs();
+            driver.Process(buffers, buffers, 512);
+            driver.Set(s_Mode, 0.0);
+            driver.Set(3, 2.0);
+            driver.Move(9, 3.0);
+            driver.ProcessSilence(buffers, samples);
+            running.ResetOutputs();
+            running.Reset();
+        }
+        EXPECT_EQ(scope.GetCount(), 0);
+        EXPECT_EQ(scope.GetFreedCount(), 0);
+    };
+    check(*clone, cloneRig);
+    check(filter, rig);
 }
 
 } // namespace
