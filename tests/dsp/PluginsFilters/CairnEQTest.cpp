@@ -54,7 +54,7 @@ TEST(CairnEQ, SetsTheShelvesHalfABandwidthBesideThePeak) {
     }
 }
 
-TEST(CairnEQ, RunsAllStagesInTheirOrder) {
+TEST(CairnEQ, RunsTheSignalThroughAllStages) {
     CRandom random;
     SCOPED_TRACE(GetSeed());
     for (int run = 0; run < 20; ++run) {
@@ -68,6 +68,27 @@ TEST(CairnEQ, RunsAllStagesInTheirOrder) {
         // One rounding to float a stage, amplified by the ones behind it.
         CheckClose(rig.Run({input})[0], CEqualiserOracle(44100.0, values).Run(input), 3e-6);
     }
+}
+
+// Stages commute but for their roundings, which tell their order.
+TEST(CairnEQ, IsPreGainPeakLowAndHighShelfInThisOrder) {
+    CRandom random;
+    SCOPED_TRACE(GetSeed());
+    CCairnEQ filter;
+    CRig rig(filter);
+    rig.Set({7.0, 1000.0, 2.0, 9.0, -6.0, 11.0});
+    const CSignals input = {random.Noise(200)};
+    CSignals expected = input;
+    const auto run = [&expected](IFilter&& stage, const CValues& values) {
+        CRig stageRig(stage);
+        stageRig.Set(values);
+        expected = stageRig.Run(expected);
+    };
+    run(Filters::CGain(1), {7.0});
+    run(Filters::CPeakFilter(1), {1000.0, 2.0, -6.0});
+    run(Filters::CLowShelfFilter(1), {500.0, 9.0});
+    run(Filters::CHighShelfFilter(1), {2000.0, 11.0});
+    EXPECT_EQ(rig.Run(input), expected);
 }
 
 // Each sample of a moving frequency has the shelves on straight lines between their ends.

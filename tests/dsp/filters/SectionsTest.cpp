@@ -213,6 +213,18 @@ TEST(Sections, EndADecayInExactZeros) {
     }
 }
 
+// What is flushed from the output is gone from the state as well.
+TEST(Sections, FeedNoFlushedSampleBack) {
+    const auto filter = s_Sections[0].m_Make(1);
+    CRig rig(*filter);
+    rig.Set(s_Sections[0].m_Start);
+    const float input = 1e-38f;
+    const CSignal output = rig.Run({{input, 0.0f}})[0];
+    EXPECT_EQ(output[0], 0.0f);
+    EXPECT_EQ(output[1], static_cast<float>(filter->GetCoefficients().m_b1 * input));
+    EXPECT_NE(output[1], 0.0f);
+}
+
 TEST(Sections, ForgetTheSignalOnlyWhenTheyAreTold) {
     CRandom random;
     SCOPED_TRACE(GetSeed());
