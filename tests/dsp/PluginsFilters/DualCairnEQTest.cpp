@@ -361,21 +361,6 @@ TEST(DualCairnEQ, KeepsWhatIsNotFiniteInItsChannel) {
     }
 }
 
-TEST(DualCairnEQ, EndsADecayInExactZeros) {
-    CSignals impulse(2, CSignal(30000, 0.0f));
-    impulse[0][0] = 1.0f;
-    impulse[1][0] = -0.3f;
-    for (double mode : {0.0, 1.0}) {
-        CDualCairnEQ filter;
-        CRig rig(filter);
-        Colour(rig, mode);
-        for (const CSignal& output : rig.Run(impulse)) {
-            EXPECT_NE(output[50], 0.0f);
-            EXPECT_EQ(Rest(output, 29000), CSignal(1000, 0.0f));
-        }
-    }
-}
-
 TEST(DualCairnEQ, LeavesTheOutputsAloneWhenChannelsAreMissing) {
     CDualCairnEQ filter;
     CRig rig(filter);

@@ -167,20 +167,6 @@ void ExpectEqual(const SBiquadCoefficients& a, const SBiquadCoefficients& b) {
     EXPECT_EQ(a.m_a2, b.m_a2);
 }
 
-TEST(Sections, LandARampOnTheCoefficientsOfTheEndValues) {
-    for (const SSection& section : s_Sections) {
-        const auto direct = section.m_Make(1);
-        CRig(*direct).Set(section.m_End);
-        for (int samples : {0, 1, 333}) {
-            const auto ramped = section.m_Make(1);
-            CRig rig(*ramped);
-            rig.Move(section.m_End);
-            rig.Run({CSignal(400, 0.0f)}, {samples});
-            ExpectEqual(ramped->GetCoefficients(), direct->GetCoefficients());
-        }
-    }
-}
-
 TEST(Sections, AreIdentitiesAtZeroGain) {
     CRandom random;
     SCOPED_TRACE(GetSeed());
