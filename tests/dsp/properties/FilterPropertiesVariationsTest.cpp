@@ -86,7 +86,7 @@ TEST_F(FilterPropertiesVariations, CommitMovesWhatIsFlaggedAndNothingElse) {
         EXPECT_EQ(GetNumber(m_Variations.GetStart(), kind, last), 11.0);
         EXPECT_EQ(GetNumber(m_Variations.GetStart(), kind, 0), last > 0 ? 0.0 : 11.0);
         EXPECT_EQ(GetAddress(m_Variations.GetStart(), kind, last),
-                      GetAddress(m_Variations.GetEnd(), kind, last));
+                  GetAddress(m_Variations.GetEnd(), kind, last));
         EXPECT_FALSE(IsAnyDirty(m_Variations.GetEnd(), kind));
     }
     m_Variations.ComputeRates(4);
