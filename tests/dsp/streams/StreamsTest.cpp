@@ -140,11 +140,11 @@ TEST(ClearStreams, ClearsEverySampleAndNothingBetween) {
 }
 
 TEST(CrossfadeStreams, EndsAfterAnyNumberOfSteps) {
-    const CEmptyStreams silence(5000, 1);
+    const CEmptyStreams silence(1000, 1);
     float cell = 0.0f;
-    CAudioStream swallow(&cell, 0, 5000, 0, false);
+    CAudioStream swallow(&cell, 0, 1000, 0, false);
     CAudioStreamToStreams output(&swallow, false);
-    for (int samples = 1; samples <= 5000; ++samples) {
+    for (int samples = 1; samples <= 1000; ++samples) {
         const float step = 1.0f / static_cast<float>(samples);
         for (const float start : {0.0f, 1.0f}) {
             float position = start;
