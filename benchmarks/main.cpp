@@ -1,6 +1,6 @@
 // Measures the equaliser beside a plain loop in one run, and prints the ratios.
-#include "EqualiserBenchmark.h"
-#include "RatioReporter.h"
+#include "dsp/PluginsFilters/EqualiserBenchmark.h"
+#include "support/RatioReporter.h"
 
 #include <string>
 #include <vector>

@@ -21,7 +21,8 @@ constexpr double kSilence = 1e-10;
 
 bool IsSilent(const float* samples, int count) {
     for (int i = 0; i < count; ++i) {
-        if (static_cast<double>(std::abs(samples[i])) > kSilence)
+        // NaN is signal too.
+        if (!(static_cast<double>(std::abs(samples[i])) <= kSilence))
             return false;
     }
     return true;

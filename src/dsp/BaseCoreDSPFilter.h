@@ -41,7 +41,7 @@ public:
     bool ProcessSilence(const CFilterProcessData& data) LATHE_REALTIME override;
     void Reset() LATHE_REALTIME override { OnReset(); }
 
-    Serialization::ISerializable* GetInternalDSPState() override { return nullptr; }
+    Serialization::ISerializable* GetInternalDSPState() LATHE_REALTIME override { return nullptr; }
     IOutputDataSync* GetOutputDataSync() LATHE_REALTIME override { return nullptr; }
     void ResetOutputs() LATHE_REALTIME override;
     bool UpdateOutputs() LATHE_REALTIME override { return false; }

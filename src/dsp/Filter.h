@@ -119,7 +119,7 @@ public:
     virtual void Reset() LATHE_REALTIME = 0;
 
     // The filter's state beyond its parameters, or null when it has none.
-    virtual Serialization::ISerializable* GetInternalDSPState() = 0;
+    virtual Serialization::ISerializable* GetInternalDSPState() LATHE_REALTIME = 0;
     // Null when the filter has no clock of its own.
     virtual IOutputDataSync* GetOutputDataSync() LATHE_REALTIME = 0;
     // The two below, and all getters of outputs, run between two blocks.

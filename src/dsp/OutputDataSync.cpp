@@ -1,5 +1,7 @@
 #include "dsp/OutputDataSync.h"
 
+#include "core/SaturatingCast.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -24,8 +26,7 @@ void COutputDataSync::AddSamples(int samples) {
 
 void COutputDataSync::ComputePeriod() {
     const double period = m_RefreshRate > 0.0 ? m_SampleRate / m_RefreshRate : 0.0;
-    m_Period = static_cast<int>(
-        std::clamp(period, 0.0, static_cast<double>(std::numeric_limits<int>::max())));
+    m_Period = std::max(Core::TruncateToInt(period), 0);
 }
 
 bool COutputDataSyncMux::IsTimeToSync() const {

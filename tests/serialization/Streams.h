@@ -3,13 +3,15 @@
 
 #include "core/text/CharString.h"
 #include "serialization/MemDataObject.h"
+#include "serialization/StreamValue.h"
 #include "serialization/XmlDataObject.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cstdlib>
 #include <functional>
 #include <memory>
+#include <random>
 #include <string>
 
 namespace Lathe::Serialization::Tests {
@@ -17,8 +19,7 @@ namespace Lathe::Serialization::Tests {
 inline std::string GetText(const CXmlDataObject& document) {
     char* text = nullptr;
     EXPECT_TRUE(document.GetText(text));
-    const std::unique_ptr<char[]> owner(text);
-    return text;
+    return std::unique_ptr<char[]>(text).get();
 }
 
 inline bool Parse(CXmlDataObject& document, const std::string& text) {
@@ -26,64 +27,38 @@ inline bool Parse(CXmlDataObject& document, const std::string& text) {
 }
 
 inline std::string ReadText(const IReadDataStream& input, const char* name) {
-    char* text = nullptr;
-    if (!input.ReadString(name, &text))
-        return "(missing)";
-    const std::unique_ptr<char[]> owner(text);
-    return text;
+    Core::CCharString text("(missing)");
+    ReadValue(input, name, text);
+    return text.GetText();
 }
 
 inline int ReadInt(const IReadDataStream& input, const char* name, int missing = -1) {
-    int value = missing;
-    input.ReadInt(name, &value);
-    return value;
+    input.ReadInt(name, &missing);
+    return missing;
 }
 
-// An XML document of each format, or a memory object.
-class CStream {
-public:
-    static constexpr int Kinds = 4;
+// New for each run; CAIRN_TEST_SEED gives it again.
+inline unsigned GetSeed() {
+    const char* given = std::getenv("CAIRN_TEST_SEED");
+    return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
+}
 
-    explicit CStream(int kind) : m_Kind(kind), m_Xml("Root", kind < 3 ? kind : 0) {}
-
-    IReadWriteDataStream& Get() {
-        if (m_Kind < 3)
-            return m_Xml;
-        return m_Memory;
+// Hands each check an XML document of each format and a memory object, with a function that takes
+// it to text and back.
+template <class TCheck>
+void ForEachStream(const TCheck& check) {
+    for (int format = 0; format < 3; ++format) {
+        SCOPED_TRACE("XML format " + std::to_string(format));
+        CXmlDataObject document("Root", format);
+        check(document, [&] { ASSERT_TRUE(Parse(document, GetText(document))); });
     }
-    bool HasValue(const char* name) const {
-        return m_Kind < 3 ? m_Xml.HasValue(name) : m_Memory.HasValue(name);
-    }
-    void RemoveValue(const char* name) {
-        m_Kind < 3 ? m_Xml.RemoveValue(name) : m_Memory.RemoveValue(name);
-    }
-    void Clear() { m_Kind < 3 ? m_Xml.Clear() : m_Memory.Clear(); }
-    // To text and back.
-    void Reload() {
-        if (m_Kind < 3) {
-            const std::string text = GetText(m_Xml);
-            ASSERT_TRUE(Parse(m_Xml, text)) << text;
-            return;
-        }
+    SCOPED_TRACE("memory");
+    CMemDataObject memory;
+    check(memory, [&] {
         CXmlDataObject file("File");
-        ASSERT_TRUE(file.WriteObject("memory", m_Memory));
-        m_Memory.Clear();
-        ASSERT_TRUE(Parse(file, GetText(file)));
-        ASSERT_TRUE(file.ReadObject("memory", m_Memory));
-    }
-
-private:
-    int m_Kind;
-    CXmlDataObject m_Xml;
-    CMemDataObject m_Memory;
-};
-
-inline void ForEachKind(const std::function<void(CStream&)>& check) {
-    for (int kind = 0; kind < CStream::Kinds; ++kind) {
-        SCOPED_TRACE("stream kind " + std::to_string(kind));
-        CStream stream(kind);
-        check(stream);
-    }
+        ASSERT_TRUE(file.WriteObject("memory", memory));
+        ASSERT_TRUE(Parse(file, GetText(file)) && file.ReadObject("memory", memory));
+    });
 }
 
 // Says that it holds only what changed.
@@ -92,33 +67,17 @@ public:
     bool IsIncremental() const override { return true; }
 };
 
-// Serializes and deserializes by functions.
-class CFunctionObject : public ISerializable {
-public:
-    std::function<bool(IWriteDataStream&)> m_Write = [](IWriteDataStream&) { return true; };
-    std::function<bool(const IReadDataStream&)> m_Read = [](const IReadDataStream&) {
-        return true;
-    };
-
-    bool Serialize(IWriteDataStream& output) const override { return m_Write(output); }
-    bool DeSerialize(const IReadDataStream& input) override { return m_Read(input); }
-};
-
-// Holds one int under "v"; a missing one is the default, -1.
-class CIntObject : public ISerializable {
-public:
-    CIntObject(int value = -1) : m_Value(value) {}
-    int m_Value;
-
+// Holds one int under "v", and can be made to fail. A missing one is the default, -1.
+struct CIntObject : virtual ISerializable {
+    CIntObject(int value = -1, bool result = true) : m_Value(value), m_Result(result) {}
     bool Serialize(IWriteDataStream& output) const override {
-        return output.WriteInt("v", &m_Value);
+        return output.WriteInt("v", &m_Value) && m_Result;
     }
     bool DeSerialize(const IReadDataStream& input) override {
-        if (input.ReadInt("v", &m_Value) || input.IsIncremental())
-            return true;
-        m_Value = -1;
-        return false;
+        return ReadValueOrDefault(input, "v", m_Value, -1) && m_Result;
     }
+    int m_Value;
+    bool m_Result;
 };
 
 } // namespace Lathe::Serialization::Tests

@@ -132,23 +132,37 @@ void CBiquadFilter::ProcessBlock(const CFilterProcessData& data) {
         SetInputValues(data.m_pVariations->GetEnd());
 }
 
-void CBiquadFilter::ProcessSteadyFrames(int samples) {
-    const SBiquadCoefficients coefficients = m_Coefficients;
+// The history stays in registers for contiguous mono; the results are those of the general loop to
+// the bit.
+template <class TGetCoefficients>
+void CBiquadFilter::ProcessFrames(int samples, TGetCoefficients getCoefficients) {
     if (m_Cursors.IsContiguousMono()) {
-        const float* input = m_Cursors.m_Inputs[0];
-        float* output = m_Cursors.m_Outputs[0];
+        const float* input = m_Cursors.m_Inputs[0] + m_Cursors.m_InputPositions[0];
+        float* output = m_Cursors.m_Outputs[0] + m_Cursors.m_OutputPositions[0];
         SBiquadHistory history = m_History[0];
         for (int i = 0; i < samples; ++i)
-            output[i] = ProcessSample(coefficients, history, input[i]);
+            output[i] = ProcessSample(getCoefficients(i), history, input[i]);
         m_History[0] = history;
+        m_Cursors.m_InputPositions[0] += samples;
+        m_Cursors.m_OutputPositions[0] += samples;
         return;
     }
     for (int i = 0; i < samples; ++i) {
         m_Cursors.ReadFrame();
         for (std::size_t c = 0; c < m_History.size(); ++c)
-            m_Cursors.m_Frame[c] = ProcessSample(coefficients, m_History[c], m_Cursors.m_Frame[c]);
+            m_Cursors.m_Frame[c] =
+                ProcessSample(getCoefficients(i), m_History[c], m_Cursors.m_Frame[c]);
         m_Cursors.WriteFrame();
     }
+}
+
+void CBiquadFilter::ProcessSteadyFrames(int samples) {
+    ProcessFrames(samples, [coefficients = m_Coefficients](int) { return coefficients; });
+}
+
+void CBiquadFilter::ProcessMovingFrames(const SBiquadCoefficients* coefficients, int samples) {
+    ProcessFrames(samples,
+                  [coefficients](int i) -> const SBiquadCoefficients& { return coefficients[i]; });
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -67,9 +67,11 @@ protected:
     // The section loop of a block that ramps: ProcessRamped with the section's own ramp.
     virtual void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME = 0;
 
-    // For a TRamp with Advance(orders) and ComputeCoefficients(); see BiquadRamp.h.
-    template <class TRamp>
-    void ProcessRamped(TRamp& ramp, int samples, int rampOrders) LATHE_REALTIME;
+    // For the array of a section's values, with Step(rates), and the function from its current
+    // values to coefficients; see BiquadRamp.h.
+    template <class TRamp, class TComputeCoefficients>
+    void ProcessRamped(TRamp& ramp, int samples, int rampOrders,
+                       TComputeCoefficients computeCoefficients) LATHE_REALTIME;
 
     void SetCoefficients(const SBiquadCoefficients& coefficients) LATHE_REALTIME {
         m_Coefficients = coefficients;
@@ -90,6 +92,10 @@ protected:
 private:
     void WireOutputs();
     void ProcessSteadyFrames(int samples) LATHE_REALTIME;
+    // The next frames, each with coefficients of its own.
+    void ProcessMovingFrames(const SBiquadCoefficients* coefficients, int samples) LATHE_REALTIME;
+    template <class TGetCoefficients>
+    void ProcessFrames(int samples, TGetCoefficients getCoefficients) LATHE_REALTIME;
     bool UpdateResponse(Algorithm::CBiquadFrequencyResponse& response) LATHE_REALTIME;
 
     Algorithm::CBiquadGain m_GainResponse;

@@ -2,41 +2,34 @@
 #pragma once
 
 #include "dsp/filters/BiquadFilter.h"
-#include "dsp/filters/BiquadSample.h"
+
+#include <algorithm>
+#include <array>
 
 namespace Lathe::Audio::DSP::Filters {
 
-// Everything that moves stays in registers for contiguous mono; the results are those of the
-// general loop to the bit.
-template <class TRamp>
-void CBiquadFilter::ProcessRamped(TRamp& ramp, int samples, int rampOrders) LATHE_REALTIME {
+// Coefficients are computed for a chunk of frames ahead, so that the calls of sine and cosine don't
+// break up the recursion.
+template <class TRamp, class TComputeCoefficients>
+void CBiquadFilter::ProcessRamped(TRamp& ramp, int samples, int rampOrders,
+                                  TComputeCoefficients computeCoefficients) LATHE_REALTIME {
+    std::array<SBiquadCoefficients, 32> chunk;
     SBiquadCoefficients coefficients = m_Coefficients;
-    TRamp moving = ramp;
-    const auto advance = [&](int index) {
-        moving.Advance(rampOrders);
-        if ((m_RecomputeMask & static_cast<unsigned>(index)) == 0)
-            coefficients = moving.ComputeCoefficients();
-    };
-    if (m_Cursors.IsContiguousMono()) {
-        const float* input = m_Cursors.m_Inputs[0];
-        float* output = m_Cursors.m_Outputs[0];
-        SBiquadHistory history = m_History[0];
-        for (int i = 0; i < samples; ++i) {
-            output[i] = ProcessSample(coefficients, history, input[i]);
-            advance(i);
+    auto [current, first, second] = ramp;
+    for (int start = 0; start < samples; start += static_cast<int>(chunk.size())) {
+        const int count = std::min(static_cast<int>(chunk.size()), samples - start);
+        for (int i = 0; i < count; ++i) {
+            chunk[static_cast<std::size_t>(i)] = coefficients;
+            // Written out and not as a loop over the orders, which would keep the values in memory.
+            if (rampOrders > 1)
+                first.Step(second);
+            current.Step(first);
+            if ((m_RecomputeMask & static_cast<unsigned>(start + i)) == 0)
+                coefficients = computeCoefficients(current);
         }
-        m_History[0] = history;
-    } else {
-        for (int i = 0; i < samples; ++i) {
-            m_Cursors.ReadFrame();
-            for (std::size_t c = 0; c < m_History.size(); ++c)
-                m_Cursors.m_Frame[c] =
-                    ProcessSample(coefficients, m_History[c], m_Cursors.m_Frame[c]);
-            m_Cursors.WriteFrame();
-            advance(i);
-        }
+        ProcessMovingFrames(chunk.data(), count);
     }
-    ramp = moving;
+    ramp = {current, first, second};
     SetCoefficients(coefficients);
 }
 

@@ -21,16 +21,19 @@ public:
           m_OutputStrides(m_Frame.size()),
           m_OutputPositions(m_Frame.size()) {}
 
-    // Positions go back to 0. Both vectors have at least as many channels as this.
+    // Positions go back to 0. Both vectors have at least as many channels as this. A stream without
+    // data reads as zeros and swallows what is written.
     void Gather(const IConstAudioStreams& inputs, IAudioStreams& outputs) LATHE_REALTIME {
         for (std::size_t c = 0; c < m_Frame.size(); ++c) {
             const IAudioStream& input = inputs.GetElement(static_cast<int>(c));
             IAudioStream& output = outputs.GetElement(static_cast<int>(c));
-            m_Inputs[c] = input.GetData();
-            m_InputStrides[c] = input.GetStride();
+            const float* from = input.GetData();
+            m_Inputs[c] = from ? from : &s_Zero;
+            m_InputStrides[c] = from ? input.GetStride() : 0;
             m_InputPositions[c] = 0;
-            m_Outputs[c] = output.GetData();
-            m_OutputStrides[c] = output.GetStride();
+            float* to = output.GetData();
+            m_Outputs[c] = to ? to : &m_Swallowed;
+            m_OutputStrides[c] = to ? output.GetStride() : 0;
             m_OutputPositions[c] = 0;
         }
     }
@@ -61,6 +64,10 @@ public:
     std::vector<float*> m_Outputs;
     std::vector<int> m_OutputStrides;
     std::vector<int> m_OutputPositions;
+
+private:
+    static constexpr float s_Zero = 0.0f;
+    float m_Swallowed = 0.0f;
 };
 
 } // namespace Lathe::Audio::DSP::Filters

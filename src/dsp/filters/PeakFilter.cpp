@@ -30,6 +30,29 @@ const CParamInfos& GetPeakParams() {
 
 } // namespace
 
+inline void CPeakFilter::SValues::Step(const SValues& rates) {
+    m_Omega += rates.m_Omega;
+    m_HalfBandwidth += rates.m_HalfBandwidth;
+    m_A *= rates.m_A;
+}
+
+// The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
+// the bandwidth.
+[[gnu::always_inline]] inline SBiquadCoefficients
+CPeakFilter::SValues::ComputeCoefficients() const {
+    // Copies: behind a reference the compiler can't take sine and cosine in one call.
+    const auto [w, halfBandwidth, a] = *this;
+    const double alpha = std::sin(w) * halfBandwidth;
+    const double r = 1.0 / (alpha / a + 1.0);
+    SBiquadCoefficients c;
+    c.m_b0 = (a * alpha + 1.0) * r;
+    c.m_b1 = -2.0 * std::cos(w) * r;
+    c.m_b2 = (1.0 - a * alpha) * r;
+    c.m_a1 = -c.m_b1;
+    c.m_a2 = (alpha / a - 1.0) * r;
+    return c;
+}
+
 CPeakFilter::CPeakFilter(int channels) : CBiquadFilter(channels) {
     m_InputParamsInfo = GetPeakParams();
 }
@@ -42,13 +65,13 @@ const IConstFilterProductInfo& CPeakFilter::GetProductInfo() const {
 void CPeakFilter::OnInputParamsChanged(const IConstParamsValues& values) {
     if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
         return;
-    m_Ramp.m_Values[0] = Convert(values);
-    SetCoefficients(m_Ramp.ComputeCoefficients());
+    m_Ramp[0] = Convert(values);
+    SetCoefficients(m_Ramp[0].ComputeCoefficients());
 }
 
 void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
     if (rates.GetCount() == s_ParamsCount)
-        m_Ramp.m_Values[static_cast<std::size_t>(order)] = Convert(rates);
+        m_Ramp[static_cast<std::size_t>(order)] = Convert(rates);
 }
 
 CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) const {
@@ -56,32 +79,9 @@ CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) cons
             Math::FunctionsLibrary::FromdB(0.5 * values.GetValue(2))};
 }
 
-void CPeakFilter::SRamp::Advance(int orders) {
-    for (auto order = static_cast<std::size_t>(orders); order > 0; --order) {
-        m_Values[order - 1].m_Omega += m_Values[order].m_Omega;
-        m_Values[order - 1].m_HalfBandwidth += m_Values[order].m_HalfBandwidth;
-        m_Values[order - 1].m_A *= m_Values[order].m_A;
-    }
-}
-
-// The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
-// the bandwidth.
-SBiquadCoefficients CPeakFilter::SRamp::ComputeCoefficients() const {
-    // A copy: behind a reference the compiler can't take sine and cosine in one call.
-    const auto [w, halfBandwidth, a] = m_Values[0];
-    const double alpha = std::sin(w) * halfBandwidth;
-    const double r = 1.0 / (alpha / a + 1.0);
-    SBiquadCoefficients c;
-    c.m_b0 = (a * alpha + 1.0) * r;
-    c.m_b1 = -2.0 * std::cos(w) * r;
-    c.m_b2 = (1.0 - a * alpha) * r;
-    c.m_a1 = -c.m_b1;
-    c.m_a2 = (alpha / a - 1.0) * r;
-    return c;
-}
-
 void CPeakFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(m_Ramp, samples, rampOrders);
+    ProcessRamped(m_Ramp, samples, rampOrders,
+                  [](const SValues& values) { return values.ComputeCoefficients(); });
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -21,6 +21,10 @@ protected:
 
 private:
     struct SValues {
+        // Moves by a sample: the angle and the bandwidth by adding, the gain by its ratio.
+        void Step(const SValues& rates) LATHE_REALTIME;
+        SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
+
         // Radians per sample.
         double m_Omega = 0.0;
         double m_HalfBandwidth = 0.0;
@@ -28,17 +32,10 @@ private:
         double m_A = 1.0;
     };
 
-    // The current values, followed by their ramp by order.
-    struct SRamp {
-        void Advance(int orders) LATHE_REALTIME;
-        SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
-
-        std::array<SValues, 1 + MaxRampOrders> m_Values;
-    };
-
     SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
 
-    SRamp m_Ramp;
+    // The current values, followed by their ramp by order.
+    std::array<SValues, 1 + MaxRampOrders> m_Ramp;
 };
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -30,7 +30,7 @@ const CParamInfos& GetShelfParams() {
 // Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle in
 // radians per sample and the fourth root of the linear gain.
 
-SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
+[[gnu::always_inline]] inline SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
     const double a = sqrtA * sqrtA;
     const double beta = std::sin(w) * sqrtA * s_Sqrt2;
     const double cosW = std::cos(w);
@@ -44,7 +44,7 @@ SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
     return c;
 }
 
-SBiquadCoefficients ComputeHighShelf(double w, double sqrtA) {
+[[gnu::always_inline]] inline SBiquadCoefficients ComputeHighShelf(double w, double sqrtA) {
     const double a = sqrtA * sqrtA;
     const double beta = std::sin(w) * sqrtA * s_Sqrt2;
     const double cosW = std::cos(w);
@@ -67,13 +67,13 @@ CShelfFilter::CShelfFilter(int channels) : CBiquadFilter(channels) {
 void CShelfFilter::OnInputParamsChanged(const IConstParamsValues& values) {
     if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
         return;
-    m_Ramp.m_Values[0] = Convert(values);
+    m_Ramp[0] = Convert(values);
     SetCoefficients(ComputeCoefficients());
 }
 
 void CShelfFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
     if (rates.GetCount() == s_ParamsCount)
-        m_Ramp.m_Values[static_cast<std::size_t>(order)] = Convert(rates);
+        m_Ramp[static_cast<std::size_t>(order)] = Convert(rates);
 }
 
 CShelfFilter::SValues CShelfFilter::Convert(const IConstParamsValues& values) const {
@@ -87,17 +87,13 @@ const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
 }
 
 SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
-    return ComputeLowShelf(m_Ramp.m_Values[0].m_Omega, m_Ramp.m_Values[0].m_SqrtA);
+    return ComputeLowShelf(m_Ramp[0].m_Omega, m_Ramp[0].m_SqrtA);
 }
 
 void CLowShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    struct SLowShelfRamp : SRamp {
-        SBiquadCoefficients ComputeCoefficients() const {
-            return ComputeLowShelf(m_Values[0].m_Omega, m_Values[0].m_SqrtA);
-        }
-    } ramp{m_Ramp};
-    ProcessRamped(ramp, samples, rampOrders);
-    m_Ramp = ramp;
+    ProcessRamped(m_Ramp, samples, rampOrders, [](const SValues& values) {
+        return ComputeLowShelf(values.m_Omega, values.m_SqrtA);
+    });
 }
 
 const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
@@ -106,17 +102,13 @@ const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
 }
 
 SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
-    return ComputeHighShelf(m_Ramp.m_Values[0].m_Omega, m_Ramp.m_Values[0].m_SqrtA);
+    return ComputeHighShelf(m_Ramp[0].m_Omega, m_Ramp[0].m_SqrtA);
 }
 
 void CHighShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    struct SHighShelfRamp : SRamp {
-        SBiquadCoefficients ComputeCoefficients() const {
-            return ComputeHighShelf(m_Values[0].m_Omega, m_Values[0].m_SqrtA);
-        }
-    } ramp{m_Ramp};
-    ProcessRamped(ramp, samples, rampOrders);
-    m_Ramp = ramp;
+    ProcessRamped(m_Ramp, samples, rampOrders, [](const SValues& values) {
+        return ComputeHighShelf(values.m_Omega, values.m_SqrtA);
+    });
 }
 
 } // namespace Lathe::Audio::DSP::Filters

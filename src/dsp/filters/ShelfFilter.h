@@ -13,22 +13,16 @@ public:
 
 protected:
     struct SValues {
+        // Moves by a sample: the angle by adding, the gain by its ratio.
+        void Step(const SValues& rates) LATHE_REALTIME {
+            m_Omega += rates.m_Omega;
+            m_SqrtA *= rates.m_SqrtA;
+        }
+
         // Radians per sample.
         double m_Omega = 0.0;
         // The fourth root of the linear gain; in a ramp, its ratio per sample.
         double m_SqrtA = 1.0;
-    };
-
-    // The current values, followed by their ramp by order.
-    struct SRamp {
-        void Advance(int orders) LATHE_REALTIME {
-            for (auto order = static_cast<std::size_t>(orders); order > 0; --order) {
-                m_Values[order - 1].m_Omega += m_Values[order].m_Omega;
-                m_Values[order - 1].m_SqrtA *= m_Values[order].m_SqrtA;
-            }
-        }
-
-        std::array<SValues, 1 + MaxRampOrders> m_Values;
     };
 
     explicit CShelfFilter(int channels);
@@ -37,7 +31,8 @@ protected:
     // From the current values.
     virtual SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME = 0;
 
-    SRamp m_Ramp;
+    // The current values, followed by their ramp by order.
+    std::array<SValues, 1 + MaxRampOrders> m_Ramp;
 
 private:
     SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;

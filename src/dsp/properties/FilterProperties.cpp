@@ -6,6 +6,15 @@ namespace Lathe::Audio::DSP {
 
 namespace {
 
+// Flags that come in are clear, even where a longer vector once had them set.
+template <class TFlags>
+void SetFlagsCount(TFlags& flags, int count) {
+    const int old = flags.GetCount();
+    flags.SetCount(count);
+    for (int i = old; i < count; ++i)
+        flags[i].ClearDirty();
+}
+
 template <class TInfos, class TValues>
 void SetToDefaults(const TInfos& infos, TValues& values) {
     const int count = infos.GetCount();
@@ -55,10 +64,10 @@ void CFilterProperties::Setup(const IFilter& filter) {
     m_Curves.SetCount(filter.GetInputCurvesInfo().GetCount());
     m_Surfaces.SetCount(filter.GetInputSurfacesInfo().GetCount());
     m_CustomProperties.SetCount(filter.GetInputCustomPropertiesInfo().GetCount());
-    m_Dirty[Strings].SetCount(m_Strings.GetCount());
-    m_Dirty[Curves].SetCount(m_Curves.GetCount());
-    m_Dirty[Surfaces].SetCount(m_Surfaces.GetCount());
-    m_Dirty[CustomProperties].SetCount(m_CustomProperties.GetCount());
+    SetFlagsCount(m_Dirty[Strings], m_Strings.GetCount());
+    SetFlagsCount(m_Dirty[Curves], m_Curves.GetCount());
+    SetFlagsCount(m_Dirty[Surfaces], m_Surfaces.GetCount());
+    SetFlagsCount(m_Dirty[CustomProperties], m_CustomProperties.GetCount());
 }
 
 void CFilterProperties::SetDefaults(const IFilter& filter) {
@@ -69,6 +78,7 @@ void CFilterProperties::SetDefaults(const IFilter& filter) {
     SetToDefaults(filter.GetInputCurvesInfo(), m_Curves);
     SetToDefaults(filter.GetInputSurfacesInfo(), m_Surfaces);
     for (int i = 0; i < m_CustomProperties.GetCount(); ++i) {
+        m_CustomProperties.SetItem(i, {});
         if (const auto* value =
                 filter.GetInputCustomPropertiesInfo().GetElement(i).GetDefaultValue())
             m_CustomProperties.SetValue(i, *value);
@@ -108,7 +118,7 @@ void CFilterProperties::ClearDirty() {
 
 void CFilterProperties::SetParamsCount(int count) {
     m_Params.SetCount(count);
-    m_Dirty[Params].SetCount(count);
+    SetFlagsCount(m_Dirty[Params], count);
 }
 
 void CFilterProperties::AssignDirty(const CFilterProperties& other, int kind) {

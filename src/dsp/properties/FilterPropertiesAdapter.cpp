@@ -1,5 +1,7 @@
 #include "dsp/properties/FilterPropertiesAdapter.h"
 
+#include <algorithm>
+
 namespace Lathe::Audio::DSP {
 
 namespace {
@@ -74,9 +76,10 @@ CFilterPropertiesVariationsAdapter::CFilterPropertiesVariationsAdapter(
 }
 
 void CFilterPropertiesVariationsAdapter::Reserve(int maxOrder) {
-    m_MaxOrder = maxOrder;
+    // A source computes one order whatever it was promised.
+    m_MaxOrder = std::max(maxOrder, 1);
     for (CRateViews& rates : m_Rates)
-        rates.SetCount(maxOrder);
+        rates.SetCount(m_MaxOrder);
 }
 
 void CFilterPropertiesVariationsAdapter::Attach(const IConstFilterPropertiesVariations& source) {

@@ -57,7 +57,8 @@ public:
         return m_Rates[static_cast<std::size_t>(kind)];
     }
 
-    // Makes room for the orders that a source may have, so that Attach allocates nothing.
+    // Makes room for the orders that a source may have, at least one, so that Attach allocates
+    // nothing.
     void Reserve(int maxOrder);
     void Attach(const IConstFilterPropertiesVariations& source) LATHE_REALTIME;
     void SetRange(int kind, int first, int count) LATHE_REALTIME;

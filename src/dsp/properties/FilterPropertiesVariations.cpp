@@ -5,38 +5,46 @@
 namespace Lathe::Audio::DSP {
 
 CFilterPropertiesVariations::CFilterPropertiesVariations(const CFilterPropertiesVariations& other)
-    : m_Start(other.m_Start), m_End(other.m_End), m_Rates(other.m_Rates) {
-    Aim(other);
+    : IConstFilterPropertiesVariations() {
+    *this = other;
 }
 
 CFilterPropertiesVariations&
 CFilterPropertiesVariations::operator=(const CFilterPropertiesVariations& other) {
     if (this == &other)
         return *this;
+    m_Room = other.m_Room;
+    m_MaxOrder = other.m_MaxOrder;
+    Reserve();
     m_Start = other.m_Start;
     m_End = other.m_End;
     m_Rates = other.m_Rates;
-    Aim(other);
-    return *this;
-}
-
-void CFilterPropertiesVariations::Aim(const CFilterPropertiesVariations& other) {
     const bool swapped = other.m_pStart == &other.m_End;
     m_pStart = swapped ? &m_End : &m_Start;
     m_pEnd = swapped ? &m_Start : &m_End;
+    return *this;
 }
 
 void CFilterPropertiesVariations::Setup(const IFilter& filter, int maxOrder) {
     m_Start.Setup(filter);
     m_End.Setup(filter);
+    for (int kind = 0; kind < InputKinds; ++kind)
+        m_Room[static_cast<std::size_t>(kind)] = GetInputsCount(kind);
+    m_MaxOrder = std::max(maxOrder, 0);
+    Reserve();
+}
+
+void CFilterPropertiesVariations::Reserve() {
+    m_Start.SetParamsCount(m_Room[Params]);
+    m_End.SetParamsCount(m_Room[Params]);
     // ComputeRates uses one order whatever the filter was promised.
-    const int room = std::max(maxOrder, 1);
+    const int orders = std::max(m_MaxOrder, 1);
     for (int kind = 0; kind < InputKinds; ++kind) {
         CRates& rates = GetRates(kind);
-        rates.SetCount(room);
-        for (int order = 0; order < room; ++order)
-            rates[order].SetCount(GetInputsCount(kind));
-        rates.SetCount(std::max(maxOrder, 0));
+        rates.SetCount(orders);
+        for (int order = 0; order < orders; ++order)
+            rates[order].SetCount(m_Room[static_cast<std::size_t>(kind)]);
+        rates.SetCount(m_MaxOrder);
     }
 }
 

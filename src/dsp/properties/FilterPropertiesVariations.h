@@ -28,6 +28,7 @@ public:
     using CRates = CoreUtilities::TDynamicCollection<CDynamicParamsValues, IConstParamsValues>;
 
     CFilterPropertiesVariations() = default;
+    // A copy has the other's room too.
     CFilterPropertiesVariations(const CFilterPropertiesVariations& other);
     CFilterPropertiesVariations& operator=(const CFilterPropertiesVariations& other);
 
@@ -52,7 +53,8 @@ public:
     void Commit() LATHE_REALTIME;
 
 private:
-    void Aim(const CFilterPropertiesVariations& other);
+    // Makes all the room that was asked for, whatever part of it is in use.
+    void Reserve();
     int GetInputsCount(int kind) const LATHE_REALTIME { return m_pEnd->GetDirty(kind).GetCount(); }
 
     CFilterProperties m_Start;
@@ -61,6 +63,9 @@ private:
     CFilterProperties* m_pStart = &m_Start;
     CFilterProperties* m_pEnd = &m_End;
     std::array<CRates, InputKinds> m_Rates;
+    // What Setup was asked for: inputs of each kind, and orders.
+    std::array<int, InputKinds> m_Room{};
+    int m_MaxOrder = 0;
 };
 
 } // namespace Lathe::Audio::DSP

@@ -43,7 +43,8 @@ void CopyStreams(const IConstAudioStreams& source, IAudioStreams& destination, i
 bool CrossfadeStreams(const IConstAudioStreams& from, const IConstAudioStreams& to,
                       IAudioStreams& output, int samples, float* position, float step) {
     const int channels = std::min({from.GetCount(), to.GetCount(), output.GetCount()});
-    float current = *position;
+    // In double, so that n steps of 1 / n add up to 1 for every n.
+    double current = *position;
     for (int channel = 0; channel < channels; ++channel) {
         const IAudioStream& fromStream = from.GetElement(channel);
         const IAudioStream& toStream = to.GetElement(channel);
@@ -60,12 +61,12 @@ bool CrossfadeStreams(const IConstAudioStreams& from, const IConstAudioStreams& 
             const float start = fromData ? fromData[a] : 0.0f;
             const float end = toData ? toData[b] : 0.0f;
             if (outData)
-                outData[o] = (end - start) * current + start;
-            current = std::clamp(current + step, 0.0f, 1.0f);
+                outData[o] = (end - start) * static_cast<float>(current) + start;
+            current = std::clamp(current + static_cast<double>(step), 0.0, 1.0);
         }
     }
-    *position = current;
-    return current > 0.0f && current < 1.0f;
+    *position = static_cast<float>(current);
+    return *position > 0.0f && *position < 1.0f;
 }
 
 void ClearStreams(IAudioStreams& streams) {

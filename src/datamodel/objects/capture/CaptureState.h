@@ -3,6 +3,8 @@
 
 #include "core/events/EventProvider.h"
 
+#include <atomic>
+
 namespace Lathe::DataModel {
 
 // Implements that part of TInterface, a capture interface of any kind of value. Subclasses that are
@@ -17,36 +19,37 @@ public:
     Core::IEventProvider& GetValueChangedEvent() const override { return m_ValueChanged; }
     Core::IEventProvider& GetBeginCaptureEvent() const override { return m_BeginCapture; }
     Core::IEventProvider& GetEndCaptureEvent() const override { return m_EndCapture; }
-    bool IsCaptured() const override { return m_Capturing; }
+    bool IsCaptured() const override { return m_Capturing.load(std::memory_order_relaxed); }
 
 protected:
     void NotifyValueChanged() { m_ValueChanged.Notify(); }
     // A second begin and a stray end do nothing.
     void BeginCapture() {
-        if (!m_Capturing)
+        if (!IsCaptured())
             ForceBeginCapture();
     }
     void EndCapture() {
-        if (m_Capturing)
+        if (IsCaptured())
             ForceEndCapture();
     }
     // These two don't look at the flag first.
     void ForceBeginCapture() {
-        m_Capturing = true;
+        m_Capturing.store(true, std::memory_order_relaxed);
         m_BeginCapture.Notify();
     }
     void ForceEndCapture() {
-        m_Capturing = false;
+        m_Capturing.store(false, std::memory_order_relaxed);
         m_EndCapture.Notify();
     }
     // Without an event.
-    void ForgetCapture() { m_Capturing = false; }
+    void ForgetCapture() { m_Capturing.store(false, std::memory_order_relaxed); }
 
 private:
     mutable TEventProvider m_ValueChanged;
     mutable TEventProvider m_BeginCapture;
     mutable TEventProvider m_EndCapture;
-    bool m_Capturing = false;
+    // Objects that change on another thread report their captures from there.
+    std::atomic<bool> m_Capturing{false};
 };
 
 } // namespace Lathe::DataModel

@@ -47,6 +47,32 @@ bool ParseSwitchWord(const char* text, double* value) {
     return false;
 }
 
+// Skips up to three digits: enough for any number, and too few to ask for gigabytes of blanks.
+const char* SkipSize(const char* format) {
+    for (int i = 0; i < 3 && *format >= '0' && *format <= '9'; ++i)
+        ++format;
+    return format;
+}
+
+// Formats come from files, and printf trusts its format blindly.
+bool IsSafeFormat(const char* format) {
+    bool converted = false;
+    for (; *format; ++format) {
+        if (*format != '%')
+            continue;
+        ++format;
+        if (*format == '%')
+            continue;
+        format = SkipSize(format + std::strspn(format, "#+- 0"));
+        if (*format == '.')
+            format = SkipSize(format + 1);
+        if (converted || !*format || !std::strchr("aAeEfFgG", *format))
+            return false;
+        converted = true;
+    }
+    return true;
+}
+
 } // namespace
 
 bool ParseParamText(const char* text, EParamType type, double* value) {
@@ -59,6 +85,8 @@ bool ParseParamText(const char* text, EParamType type, double* value) {
 
 std::string PrintNumber(const char* format, double value) {
     const Core::CNumericLocaleScope locale;
+    if (!IsSafeFormat(format))
+        format = GetDefaultFormat(EParamType::Float);
     // The second pass is for the few texts that the first can't hold.
     std::string text(64, '\0');
     const int length = std::snprintf(text.data(), text.size() + 1, format, value);

@@ -13,7 +13,8 @@ namespace Lathe::DataModel::Objects {
 // it, for all other types. False, with *value untouched, when there is none, and for null.
 bool ParseParamText(const char* text, EParamType type, double* value);
 
-// The value in a printf format with one conversion of a double. Empty when printf fails.
+// The value in a printf format with at most one conversion, of a double and with a width and a
+// precision below 1000. In the default format of Float when the format is anything else.
 std::string PrintNumber(const char* format, double value);
 
 } // namespace Lathe::DataModel::Objects

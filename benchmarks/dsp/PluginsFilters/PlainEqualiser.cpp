@@ -1,4 +1,4 @@
-#include "PlainEqualiser.h"
+#include "dsp/PluginsFilters/PlainEqualiser.h"
 
 #include <bit>
 #include <cmath>

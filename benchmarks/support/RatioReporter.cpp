@@ -1,4 +1,4 @@
-#include "RatioReporter.h"
+#include "support/RatioReporter.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,7 +1,7 @@
-#include "EqualiserBenchmark.h"
+#include "dsp/PluginsFilters/EqualiserBenchmark.h"
 
-#include "PlainEqualiser.h"
 #include "dsp/PluginsFilters/DualCairnEQ.h"
+#include "dsp/PluginsFilters/PlainEqualiser.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "dsp/streams/AudioStream.h"
 
