@@ -82,14 +82,13 @@ std::string Play(unsigned seed) {
     TList list;
     std::mt19937 random(seed);
     std::string log;
-    int depth = 0;
     int budget = 400; // Of acts, so that commands that add commands come to an end.
     list.m_OnRun = [&](char name) {
         log += name;
         const char act = "+++---/!!"[random() % 9];
         const char other = "abcdef"[random() % 6];
-        if (budget-- > 0 && depth < 4)
-            ++depth, list.Act(act, random() % 3 ? other : name), --depth;
+        if (budget-- > 0)
+            list.Act(act, random() % 3 ? other : name);
     };
     for (int i = 0; i < 60; ++i)
         list.Act('+', "abcdef"[i % 6]), list.m_OnRun('a'), list.Act('!', '!');
@@ -111,16 +110,14 @@ TEST(EventProviderTest, RandomChangesMatchTheModel) {
 
 TEST(EventProviderTest, CopiesAndSuspension) {
     CEventProvider event;
-    std::string log;
-    CActionCommand count([&] { log += 'x'; });
+    int runs = 0;
+    CActionCommand count([&] { ++runs; });
     event.AddCommand(count);
     CEventProvider(event).Notify(); // A copy starts without subscriptions.
     event.Suspend();
     event.Notify();
-    event.Notify();
-    EXPECT_EQ(log, "");
     event.Resume();
+    EXPECT_EQ(runs, 0);
     event.Notify(); // Missed ones are not delivered.
-    EXPECT_EQ(log, "x");
-    EXPECT_EQ(event.GetMissedNotifications(), 2);
+    EXPECT_TRUE(runs == 1 && event.GetMissedNotifications() == 1);
 }

