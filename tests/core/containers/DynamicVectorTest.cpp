@@ -3,6 +3,7 @@
 #include "core/containers/DynamicVector.h"
 #include "core/Fixtures.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Lathe::Core;
