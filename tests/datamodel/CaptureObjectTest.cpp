@@ -50,36 +50,27 @@ TYPED_TEST(CaptureObjects, BracketTheirGesturesWithoutCounting) {
 TEST(CaptureParam, ClampsAndFiresInOrder) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     CCaptureParam param;
+    CJournal journal(param);
+    journal.Listen(param.GetValueSetEvent(), 's');
     param.GetInfo().SetMax(1.0);
     param.GetInfo().SetType(EParamType::Integer);
-    CJournal journal(param);
-    journal.Listen(param.GetValueSetEvent(), 's');
-    struct {
-        double m_Set, m_Value;
-        const char* m_Events;
-    } const cases[] = {
-        {0.0, 0.0, "s"},  {2.0, 1.0, "vs"}, {3.0, 1.0, "s"},    {-1.0, 0.0, "vs"},
-        {nan, 1.0, "vs"}, {nan, 1.0, "s"},  {0.75, 0.75, "vs"}, {0.75, 0.75, "s"},
+    const auto check = [&](double set, double value, const char* events) {
+        param.SetValue(set);
+        EXPECT_EQ(param.GetValue(), value) << set;
+        EXPECT_EQ(journal.Take(), events) << set;
     };
-    for (const auto& row : cases) {
-        param.SetValue(row.m_Set);
-        EXPECT_EQ(param.GetValue(), row.m_Value) << row.m_Set;
-        EXPECT_EQ(journal.Take(), row.m_Events) << row.m_Set;
-    }
-}
-
-TEST(CaptureParam, FollowsItsRange) {
-    CCaptureParam param;
-    param.GetInfo().SetMax(10.0);
-    param.SetValue(8.0);
-    CJournal journal(param);
-    journal.Listen(param.GetValueSetEvent(), 's');
-    param.GetInfo().SetMax(5.0);
-    param.GetInfo().SetMax(7.0);
-    EXPECT_EQ(param.GetValue(), 5.0);
+    check(2.0, 1.0, "vs");
+    check(3.0, 1.0, "s");
+    check(-1.0, 0.0, "vs");
+    check(nan, 1.0, "vs");
+    check(0.75, 0.75, "vs");
+    check(0.75, 0.75, "s");
+    param.GetInfo().SetMax(0.5);
+    param.GetInfo().SetMax(0.7);
+    EXPECT_EQ(param.GetValue(), 0.5) << "the range moves the value";
     EXPECT_EQ(journal.Take(), "v") << "once, and not as a set";
-    param.GetInfo().SetMin(9.0);
-    EXPECT_EQ(param.GetValue(), 7.0) << "of an upside-down range, the maximum wins";
+    param.GetInfo().SetMin(0.9);
+    check(0.8, 0.7, "vs"); // Of an upside-down range, the maximum wins.
 }
 
 // A value that counts its kind.
