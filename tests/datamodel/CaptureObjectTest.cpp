@@ -15,7 +15,6 @@
 
 #include <limits>
 #include <memory>
-#include <string>
 
 // Stands in for the pictures of the drawing library, which this library only names.
 namespace Lathe::Graphics {
@@ -36,15 +35,13 @@ TYPED_TEST(CaptureObjects, BracketTheirGesturesWithoutCounting) {
     TypeParam object;
     CJournal journal(object);
     object.Release();
-    EXPECT_EQ(journal.Take(), "");
     object.Capture();
     object.Capture();
-    EXPECT_EQ(journal.Take(), "b");
     EXPECT_TRUE(object.IsCaptured());
     object.Release();
     object.Release();
-    EXPECT_EQ(journal.Take(), "e");
     EXPECT_FALSE(object.IsCaptured());
+    EXPECT_EQ(journal.Take(), "be");
 }
 
 TEST(CaptureParam, ClampsAndFiresInOrder) {
@@ -64,7 +61,6 @@ TEST(CaptureParam, ClampsAndFiresInOrder) {
     check(-1.0, 0.0, "vs");
     check(nan, 1.0, "vs");
     check(0.75, 0.75, "vs");
-    check(0.75, 0.75, "s");
     param.GetInfo().SetMax(0.5);
     param.GetInfo().SetMax(0.7);
     EXPECT_EQ(param.GetValue(), 0.5) << "the range moves the value";
@@ -89,10 +85,9 @@ void CheckCloning() {
         object.SetValue(original);
         EXPECT_NE(&object.GetValue(), &original) << "a clone, not what it was handed";
         object.SetValue(object.GetValue());
-        EXPECT_EQ(CTracked::s_Alive, 2);
         EXPECT_EQ(journal.Take(), "vv") << "an equal value fires as well";
         const TObject owner(new TCounted<TValue>, true);
-        EXPECT_STREQ(owner.GetInfo().GetName(), "");
+        EXPECT_EQ(CTracked::s_Alive, 3);
     }
     EXPECT_EQ(CTracked::s_Alive, 1) << "only the borrowed original is left";
 }
@@ -103,56 +98,52 @@ TEST(CaptureClones, KeepFreshClonesAndAlwaysHaveAValue) {
     CheckCloning<CCaptureCustomProperty, CEmptyDynamicPropertyValue>();
     EXPECT_EQ(CConstCaptureCurve(nullptr, false).GetValue().Evaluate(0.3), 0.3);
     EXPECT_EQ(CConstCaptureSurface(nullptr, false).GetValue().Evaluate(0.3, 0.7), 0.3);
-    const CCaptureCustomProperty property(nullptr, false);
-    EXPECT_TRUE(property.GetValue().IsSameType(CEmptyDynamicPropertyValue()));
+    EXPECT_TRUE(CConstCaptureCustomProperty(nullptr, false)
+                    .GetValue()
+                    .IsSameType(CEmptyDynamicPropertyValue()));
 }
 
-// The events of setting each text to an object that starts with "a".
 template <class TObject>
-std::string SetTexts() {
+void CheckTexts(const char* events) {
     TObject object("a");
     CJournal journal(object);
-    const char otherA[] = "a";
-    for (const char* text : {otherA, "b", "b", "", static_cast<const char*>(nullptr)}) {
+    for (const char* text : {"a", "b", "b", "", static_cast<const char*>(nullptr)})
         object.SetValue(text);
-        EXPECT_STREQ(object.GetValue(), text ? text : "");
-    }
-    return journal.Take();
+    EXPECT_STREQ(object.GetValue(), "");
+    EXPECT_EQ(journal.Take(), events);
 }
 
 TEST(CaptureTexts, FireForOtherLettersOrAlways) {
-    EXPECT_EQ(SetTexts<CCaptureString>(), "vv");
-    EXPECT_EQ(SetTexts<CCaptureText>(), "vvvvv");
+    CheckTexts<CCaptureString>("vv");
+    CheckTexts<CCaptureText>("vvvvv");
 }
 
 TEST(Action, RunsItsCommandWhileEnabled) {
     const auto runs = std::make_shared<int>(0);
     CAction action(new CActionCommand([runs] { ++*runs; }), true);
     CJournal journal(action.GetEnableChangedEvent());
-    action.Execute();
     action.SetEnable(true);
-    EXPECT_EQ(journal.Take(), "");
-    action.SetEnable(false);
-    action.Execute();
-    EXPECT_EQ(journal.Take(), "c");
-    action.SetEnable(true);
-    action.Disconnect();
-    EXPECT_EQ(runs.use_count(), 1) << "the command is gone";
     action.Execute();
     EXPECT_EQ(*runs, 1);
+    action.SetEnable(false);
+    action.Execute();
+    EXPECT_EQ(*runs, 1);
+    EXPECT_EQ(journal.Take(), "c");
+    action.Disconnect();
+    EXPECT_EQ(runs.use_count(), 1) << "the command is gone";
+    action.SetEnable(true);
+    action.Execute();
 }
 
 TEST(ActionInfo, DestroysOwnedPictures) {
     const Graphics::I2DGraphics borrowed;
     {
         CActionInfo info("n", "d", new Graphics::I2DGraphics, true);
-        CJournal journal(info.GetChangedEvent());
         info.SetGraphics(&borrowed, false);
         EXPECT_EQ(CTracked::s_Alive, 1);
         info.SetGraphics(new Graphics::I2DGraphics, true);
         info.SetGraphics(info.GetGraphics(), true);
         EXPECT_EQ(CTracked::s_Alive, 2) << "the same picture stays";
-        EXPECT_EQ(journal.Take(), "ccc");
     }
     EXPECT_EQ(CTracked::s_Alive, 1);
 }

@@ -1,8 +1,10 @@
-// Proves what values look like as text, what is read back from text, that a host's locale changes
-// neither, and that no format, value or text runs into undefined behaviour.
+// Proves what values look like as text and what is read back from text, that a host's locale
+// changes neither, that no format, value or text runs into undefined behaviour, and that positions
+// and values are inverse to each other.
 
 #include "datamodel/Journal.h"
 #include "datamodel/objects/text/EnumToText.h"
+#include "datamodel/objects/text/LogPositionMapper.h"
 #include "datamodel/objects/text/NumberPrinter.h"
 #include "datamodel/objects/text/ParamDataToText.h"
 #include "datamodel/objects/text/ParamTextEnumValueBuilderString.h"
@@ -11,12 +13,14 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 namespace Lathe::DataModel::Objects {
 
@@ -42,15 +46,24 @@ std::string ToText(const IParamValueToText& conversion, Numbers values) {
     return all;
 }
 
-// What is read, with bars; "?" where nothing is and the value stays as it was.
+using Pairs = std::initializer_list<std::pair<double, double>>;
+
+// Values and the positions that they have; then positions and the values that they give.
+void CheckMapper(const IParamPositionMapper& mapper, Pairs positions, Pairs values) {
+    for (const auto& [value, position] : positions)
+        EXPECT_DOUBLE_EQ(mapper.ValueToPosition(value), position) << value;
+    for (const auto& [position, value] : values)
+        EXPECT_DOUBLE_EQ(mapper.PositionToValue(position), value) << position;
+}
+
+// What is read, with bars; "nan" where nothing is.
 std::string Read(const std::function<bool(const char*, double*)>& read, Words texts) {
     std::ostringstream all;
     for (const char* text : texts) {
-        double value = -12345.5;
-        if (read(text, &value))
-            all << value << '|';
-        else
-            all << (value < -12345.0 ? "?|" : "overwritten|");
+        double value = NotANumber;
+        const bool done = read(text, &value);
+        EXPECT_NE(done, std::isnan(value)) << all.str();
+        all << value << '|';
     }
     return all.str();
 }
@@ -76,7 +89,6 @@ TEST(ParamType, RoundsAndSnapsWithoutClamping) {
     EXPECT_EQ(constrain(Float, {-9, 0.3, 9}), "-9|0.3|9|");
     EXPECT_EQ(GetParamType("boolean"), Boolean);
     EXPECT_EQ(GetParamType("enumeration"), Integer);
-    EXPECT_EQ(GetParamType("Boolean"), Float);
     EXPECT_EQ(GetParamType(nullptr), Float);
 }
 
@@ -84,12 +96,12 @@ TEST(TextParser, TakesTheLongestNumberOfTheType) {
     const Words texts = {"12.5 dB", " \t-3e2x", ".5", "1,5", "0x10", "- 1", "", nullptr};
     const Words words = {"true", "yes", "false", "no", "Yes", "no "};
     for (const EParamType type : {Float, EParamType(-1), EParamType(4)})
-        EXPECT_EQ(Read(type, texts), "12.5|-300|0.5|1|16|?|?|?|");
+        EXPECT_EQ(Read(type, texts), "12.5|-300|0.5|1|16|nan|nan|nan|");
     for (const EParamType type : {Integer, Boolean, Reserved})
-        EXPECT_EQ(Read(type, texts), "12|-3|?|1|0|?|?|?|");
-    EXPECT_EQ(Read(Integer, words), "?|?|?|?|?|?|");
-    EXPECT_EQ(Read(Boolean, words), "1|1|0|0|?|?|");
-    EXPECT_EQ(Read(Reserved, words), "1|1|0|0|?|?|");
+        EXPECT_EQ(Read(type, texts), "12|-3|nan|1|0|nan|nan|nan|");
+    EXPECT_EQ(Read(Integer, words), "nan|nan|nan|nan|nan|nan|");
+    EXPECT_EQ(Read(Boolean, words), "1|1|0|0|nan|nan|");
+    EXPECT_EQ(Read(Reserved, words), "1|1|0|0|nan|nan|");
     EXPECT_EQ(Read(Integer, {std::string(5000, '9').c_str()}), "9.22337e+18|");
 }
 
@@ -142,17 +154,12 @@ TEST(NumberPrinter, TrustsNoFormat) {
 TEST(ParamValueToText, FiresOncePerRealChange) {
     CParamValueToText conversion("%.1f", false, "{value}");
     CJournal journal(conversion.GetChangedEvent());
-    const auto set = [&](const char* format, const char* pattern, bool flag, int digits) {
-        conversion.SetFormat(format);
-        conversion.SetPattern(pattern);
-        conversion.SetMetricPrefix(flag);
-        conversion.SetSignificantDigits(digits);
-        conversion.SetDropTrailingZeros(flag);
-        conversion.SetSpaceBeforePrefix(flag);
-        return journal.Take();
-    };
-    EXPECT_EQ(set("%.1f", "{value}", false, -1), "");
-    EXPECT_EQ(set("%.2f", "{value}!", true, 2), "cccccc");
+    conversion.SetFormat("%.1f");
+    conversion.SetSpaceBeforePrefix(false);
+    EXPECT_EQ(journal.Take(), "");
+    conversion.SetFormat("%.2f");
+    conversion.SetSpaceBeforePrefix(true);
+    EXPECT_EQ(journal.Take(), "cc");
 }
 
 TEST(ParamDataToText, NamesWhatTheDescriptionSays) {
@@ -163,7 +170,7 @@ TEST(ParamDataToText, NamesWhatTheDescriptionSays) {
     conversion.SetInfo(CParamInfo(Integer, 1, 3, 2, "n", "u", "c", new CEnumToText("off;on", 1)));
     EXPECT_EQ(journal.Take(), "c");
     EXPECT_EQ(ToText(conversion, {2}), "n,2.0,u,1.0,3.0,2.0,c,on,{x}|");
-    EXPECT_EQ(Read(conversion, {"on", "nothing"}), "2|?|");
+    EXPECT_EQ(Read(conversion, {"on", "nothing"}), "2|nan|");
     conversion.SetInfo(CParamInfo(Boolean, 0, 1, 0, "", "", ""));
     EXPECT_EQ(Read(conversion, {"0.25", "yes"}), "0.25|1|") << "by its own conversion or its type";
 }
@@ -174,13 +181,12 @@ TEST(EnumToText, NamesWholeNumbers) {
     for (const double value : {-2.0, 2.0, 1e300, -Infinity, NotANumber})
         EXPECT_EQ(ToText(CEnumToText("a;", 0), {value}), "Out Of Bounds|") << value;
     EXPECT_EQ(ToText(CEnumToText("a", 2147483647), {1e300}), "Out Of Bounds|");
+    EXPECT_EQ(ToText(CEnumToText(nullptr, 0), {0}), "Out Of Bounds|");
     CEnumToText reused("a;b", 0);
-    for (const char* names : {"", static_cast<const char*>(nullptr)}) {
-        reused.Set(names, 0);
-        EXPECT_EQ(ToText(reused, {0}), "Out Of Bounds|");
-    }
+    reused.Set("", 0);
+    EXPECT_EQ(ToText(reused, {0}), "Out Of Bounds|");
     EXPECT_EQ(Read(CEnumToText("off;on;off;", 1), {"off", "on", "", "7", "On", nullptr}),
-              "1|2|4|7|?|?|");
+              "1|2|4|7|nan|nan|");
 }
 
 TEST(ParamTextEnumValueBuilderString, ReplacesTheNamesOfItsParameter) {
@@ -197,6 +203,32 @@ TEST(ParamTextEnumValueBuilderString, ReplacesTheNamesOfItsParameter) {
     EXPECT_EQ(ToText(info.GetValueToText(), {1}), "b|");
     info.SetValueToText(nullptr, true);
     EXPECT_EQ(ToText(info.GetValueToText(), {1}), "1|") << "the builder's one is not deleted";
+}
+
+TEST(PositionMappers, AreInverseInBothDirections) {
+    const CLinearPositionMapper linear(Float, -40, 40), falling(Float, 5, -3);
+    const CLogPositionMapper log(Float, 20, 22000);
+    for (const IParamPositionMapper* mapper :
+         std::initializer_list<const IParamPositionMapper*>{&linear, &falling, &log}) {
+        const std::unique_ptr<IParamPositionMapper> clone(mapper->Clone());
+        for (double position = -0.5; position <= 1.5; position += 0.03125) {
+            const double value = mapper->PositionToValue(position);
+            EXPECT_NEAR(clone->ValueToPosition(value), position, 1e-13) << "a few roundings";
+        }
+    }
+}
+
+TEST(PositionMappers, BringValuesOntoTheirTypeWithoutClamping) {
+    CheckMapper(CLinearPositionMapper(Float, -40, 40), {{60, 1.25}}, {{0, -40}, {1, 40}});
+    CheckMapper(CLinearPositionMapper(Integer, 0, 4), {{2.4, 0.5}}, {{0.4, 2}, {2, 8}});
+    CheckMapper(CLinearPositionMapper(Boolean, 0, 1), {{0.6, 1}}, {{0.5, 0}, {0.51, 1}});
+    CheckMapper(CLinearPositionMapper(Float, 3.3, 3.3), {{-1, 0}, {7, 0}}, {{0, 3.3}, {0.3, 3.3}});
+    CheckMapper(CLogPositionMapper(Float, 20, 22000), {},
+                {{0, 20}, {0.5, std::sqrt(20.0 * 22000.0)}, {1, 22000}});
+    CheckMapper(CLogPositionMapper(Integer, 1, 16), {{2.3, 0.25}}, {{0.3, 2}});
+    CheckMapper(CLogPositionMapper(Float, 3.3, 3.3), {{-1, 0}, {7, 0}}, {{0, 3.3}, {0.3, 3.3}});
+    CheckMapper(CLogPositionMapper(Float, 0, 100), {{100, 1}, {99.9, 0}, {0, 0}},
+                {{0.5, 0}, {1, 100}});
 }
 
 // Enters a locale whose decimal point is a comma, taken from the machine or made for this test.
