@@ -1,7 +1,7 @@
 // Proves which events each capture object fires and in which order, what it keeps of what it is
 // given, and when an action runs.
 
-#include "core/Tracked.h"
+#include "core/Fixtures.h"
 #include "datamodel/Journal.h"
 #include "datamodel/objects/Action.h"
 #include "datamodel/objects/capture/CaptureCurve.h"

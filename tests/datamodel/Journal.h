@@ -1,7 +1,7 @@
 // Writes down events in the order in which they fire.
 #pragma once
 
-#include "core/events/ActionCommand.h"
+#include "core/Fixtures.h"
 #include "core/events/EventProvider.h"
 
 #include <list>
