@@ -100,13 +100,12 @@ TEST(TypedObject, TakesEitherKeyAndRefusesWhatIsIncomplete) {
                 WriteValue(*stream, "isNull", test.m_IsNull == 1);
             if (test.m_Type)
                 WriteValue(*stream, "type", test.m_Type);
-            const std::string ownKey = MakeContentKey(test.m_Type ? test.m_Type : "");
-            for (const auto& [key, value] :
-                 {std::pair(ownKey.c_str(), test.m_Own), std::pair("content", test.m_Plain)})
-                if (value == Broken)
-                    stream->WriteObject(key, CMemDataObject());
-                else if (value != None)
-                    stream->WriteObject(key, CIntObject(value));
+            if (test.m_Own == Broken)
+                stream->WriteObject(MakeContentKey(test.m_Type).c_str(), CMemDataObject());
+            else if (test.m_Own != None)
+                stream->WriteObject(MakeContentKey(test.m_Type).c_str(), CIntObject(test.m_Own));
+            if (test.m_Plain != None)
+                stream->WriteObject("content", CIntObject(test.m_Plain));
             ShapeOwner shape = MakeShape(B, 1);
             const bool reads = TRuntimeDeSerializer<IShape>(shape).DeSerialize(*stream);
             EXPECT_EQ((reads ? "reads " : "fails ") + Describe(shape),
