@@ -16,12 +16,6 @@ namespace {
 using Vector = CoreUtilities::TDynamicCollection<CIntObject, CIntObject>;
 using List = std::list<std::unique_ptr<CIntObject>>;
 
-void WriteElements(CMemDataObject& output, int count, const std::vector<int>& indices) {
-    WriteValue(output, "itemCount", count);
-    for (const int i : indices)
-        output.WriteObject(MakeElementName("item", i).c_str(), CIntObject(100 + i));
-}
-
 // What two elements of the value 7 become, after whether the read succeeds.
 template <template <class> class TReader>
 std::string Read(const IReadDataStream& input) {
@@ -36,41 +30,34 @@ std::string Read(const IReadDataStream& input) {
 } // namespace
 
 TEST(Collections, SizeFollowsTheStreamOnlyWhereItIsDynamic) {
-    constexpr int NoCount = -1000;
-    const struct {
-        int m_Count;
-        std::vector<int> m_Present;
-        const char* m_Fixed;
-        const char* m_Dynamic;
-        const char* m_Changes; // When dynamic, from changes only.
-    } cases[] = {
-        {2, {0, 1}, "reads 100 101", "reads 100 101", "reads 100 101"},
-        {1, {0}, "fails 100 7", "reads 100", "reads 100"},
-        {3, {0, 2}, "fails 100 7", "fails 100 7 102", "reads 100 7 102"},
-        {0, {}, "fails 7 7", "reads", "reads"},
-        {-5, {0}, "fails 100 7", "fails", "fails"},
-        {NoCount, {1}, "fails 7 101", "fails", "reads 7 101"},
-    };
+    const std::string zero = "<item0 v='10'/>", one = "<item1 v='11'/>", two = "<item2 v='12'/>";
+    // The elements of a document, and what becomes of a vector of fixed size, of a dynamic one, and
+    // of a dynamic one if the document holds only changes.
+    const std::vector<std::string> cases[] = {
+        {"<r itemCount='2'>" + zero + one, "reads 10 11", "reads 10 11", "reads 10 11"},
+        {"<r itemCount='1'>" + zero, "fails 10 7", "reads 10", "reads 10"},
+        {"<r itemCount='3'>" + zero + two, "fails 10 7", "fails 10 7 12", "reads 10 7 12"},
+        {"<r itemCount='0'>", "fails 7 7", "reads", "reads"},
+        {"<r itemCount='-5'>" + zero, "fails 10 7", "fails", "fails"},
+        {"<r>" + one, "fails 7 11", "fails", "reads 7 11"}};
     for (const auto& test : cases) {
-        SCOPED_TRACE(test.m_Count);
-        CMemDataObject full;
-        CChanges changes;
-        for (CMemDataObject* stream : {&full, static_cast<CMemDataObject*>(&changes)}) {
-            WriteElements(*stream, test.m_Count, test.m_Present);
-            if (test.m_Count == NoCount)
-                stream->RemoveValue("itemCount");
-        }
-        EXPECT_EQ(Read<TVectorDeSerializer>(full), test.m_Fixed);
-        EXPECT_EQ(Read<TDynamicVectorDeSerializer>(full), test.m_Dynamic);
-        EXPECT_EQ(Read<TDynamicVectorDeSerializer>(changes), test.m_Changes);
+        SCOPED_TRACE(test[0]);
+        CXmlDataObject full("Root");
+        TChanges<CXmlDataObject> changes("Root");
+        ASSERT_TRUE(Parse(full, test[0] + "</r>") && Parse(changes, test[0] + "</r>"));
+        EXPECT_EQ(Read<TVectorDeSerializer>(full), test[1]);
+        EXPECT_EQ(Read<TDynamicVectorDeSerializer>(full), test[2]);
+        EXPECT_EQ(Read<TDynamicVectorDeSerializer>(changes), test[3]);
     }
     Vector none;
     EXPECT_TRUE(TVectorDeSerializer<Vector>(none, "item").DeSerialize(CMemDataObject()));
 }
 
 TEST(Collections, ShareOneFormAndMakeRoomForNoMoreThanIsThere) {
-    CMemDataObject stream;
-    WriteElements(stream, 2'000'000'000, {0, 1, 1000, 1001, 2025});
+    CMemDataObject stream, again;
+    WriteValue(stream, "itemCount", 2'000'000'000);
+    for (const int i : {0, 1, 1000, 1001, 2025})
+        stream.WriteObject(MakeElementName("item", i).c_str(), CIntObject(100 + i));
     List list;
     TStdContainerDeSerializer<CIntObject, List> intoList(list, "item");
     EXPECT_FALSE(intoList.DeSerialize(stream));
@@ -80,7 +67,6 @@ TEST(Collections, ShareOneFormAndMakeRoomForNoMoreThanIsThere) {
     Vector vector;
     EXPECT_TRUE(TStdContainerSerializer<List>(list, "item").Serialize(stream));
     EXPECT_TRUE(TDynamicVectorDeSerializer<Vector>(vector, "item").DeSerialize(stream));
-    CMemDataObject again;
     EXPECT_TRUE(TVectorSerializer<Vector>(vector, "item").Serialize(again) && again == stream);
 }
 

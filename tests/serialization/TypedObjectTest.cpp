@@ -45,6 +45,11 @@ std::string Describe(const ShapeOwner& shape) {
     return shape ? shape->GetClassId() + std::to_string(shape->m_Value) : "null";
 }
 
+std::string Read(const IReadDataStream& input, ShapeOwner shape) {
+    const bool reads = TRuntimeDeSerializer<IShape>(shape).DeSerialize(input);
+    return (reads ? "reads " : "fails ") + Describe(shape);
+}
+
 struct SPrepare : Core::TIArgCommand<IShape&> {
     void Execute(IShape& shape) override { m_Seen += std::to_string(shape.m_Value); }
     std::string m_Seen;
@@ -70,55 +75,37 @@ TEST(TypedObject, IsReadAsWrittenWhateverWasThere) {
 }
 
 TEST(TypedObject, TakesEitherKeyAndRefusesWhatIsIncomplete) {
-    enum { None = -1, Broken = -2 }; // A value that isn't there, and an object without its value.
-    const struct {
-        int m_IsNull;
-        const char* m_Type;
-        int m_Own; // What is under the two keys of the content.
-        int m_Plain;
-        const char* m_Full;    // What an object of class B and value 1 becomes in a full stream,
-        const char* m_Changes; // and in one of changes.
-    } cases[] = {{0, A, 7, None, "reads {AAA}7", "reads {AAA}7"},
-                 {0, A, None, 8, "reads {AAA}8", "reads {AAA}8"},
-                 {0, A, 7, 8, "reads {AAA}7", "reads {AAA}7"},
-                 {0, A, Broken, None, "fails null", "fails null"},
-                 {0, A, None, None, "fails null", "fails null"},
-                 {0, B, Broken, None, "fails {BBB}-1", "fails {BBB}-1"},
-                 {0, B, None, None, "fails {BBB}1", "reads {BBB}1"},
-                 {1, nullptr, None, 7, "reads null", "reads null"},
-                 {0, "{unknown}", 7, 7, "fails {BBB}1", "fails {BBB}1"},
-                 {0, nullptr, None, 7, "fails {BBB}1", "reads {BBB}7"},
-                 {None, nullptr, None, None, "fails {BBB}1", "reads {BBB}1"},
-                 {None, A, 7, None, "fails {BBB}1", "reads {AAA}7"}};
-    int row = 0;
+    const std::string a = "<r isNull='0' type='{AAA}'>", b = "<r isNull='0' type='{BBB}'>";
+    const std::string ownA = "<Y29udGVudHtBQUF9 v='7'/>", brokenA = "<Y29udGVudHtBQUF9/>";
+    const std::string plain = "<content v='8'/>";
+    // What an object of class B and value 1 becomes, also if the document holds only changes.
+    const std::vector<std::string> cases[] = {
+        {a + ownA, "reads {AAA}7", "reads {AAA}7"},
+        {a + plain, "reads {AAA}8", "reads {AAA}8"},
+        {a + plain + ownA, "reads {AAA}7", "reads {AAA}7"},
+        {a + brokenA, "fails null", "fails null"},
+        {a, "fails null", "fails null"},
+        {b + "<content/>", "fails {BBB}-1", "fails {BBB}-1"},
+        {b, "fails {BBB}1", "reads {BBB}1"},
+        {"<r isNull='1'>" + plain, "reads null", "reads null"},
+        {"<r isNull='0' type='{unknown}'>" + plain, "fails {BBB}1", "fails {BBB}1"},
+        {"<r isNull='0'>" + plain, "fails {BBB}1", "reads {BBB}8"},
+        {"<r>", "fails {BBB}1", "reads {BBB}1"},
+        {"<r type='{AAA}'>" + ownA, "fails {BBB}1", "reads {AAA}7"}};
     for (const auto& test : cases) {
-        SCOPED_TRACE(row++);
-        CMemDataObject full;
-        CChanges changes;
-        for (CMemDataObject* stream : {&full, static_cast<CMemDataObject*>(&changes)}) {
-            if (test.m_IsNull != None)
-                WriteValue(*stream, "isNull", test.m_IsNull == 1);
-            if (test.m_Type)
-                WriteValue(*stream, "type", test.m_Type);
-            if (test.m_Own == Broken)
-                stream->WriteObject(MakeContentKey(test.m_Type).c_str(), CMemDataObject());
-            else if (test.m_Own != None)
-                stream->WriteObject(MakeContentKey(test.m_Type).c_str(), CIntObject(test.m_Own));
-            if (test.m_Plain != None)
-                stream->WriteObject("content", CIntObject(test.m_Plain));
-            ShapeOwner shape = MakeShape(B, 1);
-            const bool reads = TRuntimeDeSerializer<IShape>(shape).DeSerialize(*stream);
-            EXPECT_EQ((reads ? "reads " : "fails ") + Describe(shape),
-                      stream == &full ? test.m_Full : test.m_Changes);
-        }
+        SCOPED_TRACE(test[0]);
+        CXmlDataObject full("Root");
+        TChanges<CXmlDataObject> changes("Root");
+        ASSERT_TRUE(Parse(full, test[0] + "</r>") && Parse(changes, test[0] + "</r>"));
+        EXPECT_EQ(Read(full, MakeShape(B, 1)), test[1]);
+        EXPECT_EQ(Read(changes, MakeShape(B, 1)), test[2]);
         CTypeDeSerializerTester tester;
         EXPECT_TRUE(tester.DeSerialize(changes));
-        EXPECT_EQ(tester.HasIsNull(), test.m_IsNull != None);
-        EXPECT_EQ(tester.HasType(), test.m_Type != nullptr);
-        EXPECT_EQ(tester.HoldsOnlyChanges(), test.m_IsNull == None && !test.m_Type);
+        EXPECT_EQ(tester.HasIsNull(), changes.HasValue("isNull"));
+        EXPECT_EQ(tester.HasType(), changes.HasValue("type"));
+        EXPECT_EQ(tester.HoldsOnlyChanges(), test[0] == "<r>");
     }
-    ShapeOwner none;
-    EXPECT_FALSE(TRuntimeDeSerializer<IShape>(none).DeSerialize(CChanges()));
+    EXPECT_EQ(Read(CChanges(), ShapeOwner()), "fails null");
     EXPECT_EQ(MakeContentKey("{A}"), "Y29udGVudHtBfQ=="); // A part of the file format.
 }
 
