@@ -90,8 +90,6 @@ def fault_of(root, file, mark, name):
         return f'"{name}" is no file of the project; others stand in angle brackets'
     if mark == "<":
         return f"<{name}> is a file of the project and stands in quotes"
-    if "/" not in name and len(target.parts) < 3:
-        return f'"{name}" is not named by its folder'
     source, room = room_of(file), room_of(target)
     if target.parts[0] not in ("src", file.parts[0]) and source not in ("apps", None):
         return f'"{name}": {file.parent} may not include {target.parts[0]}/'

@@ -58,7 +58,7 @@ CStatus CAudioReader::Open(const std::string& path) {
     m_ChannelCount = info.channels;
     m_FrameCount = info.frames < 0 || info.frames == kUnknownFrameCount ? 0 : info.frames;
     m_FramesRead = 0;
-    m_Chunk.resize(static_cast<std::size_t>(kChunkFrames * m_ChannelCount));
+    m_Chunk.resize(kChunkFrames * static_cast<std::size_t>(m_ChannelCount));
     m_ChunkStart = m_ChunkEnd = 0;
     return {};
 }

@@ -152,7 +152,7 @@ CStatus CAudioWriter::Open(const std::string& path, int sampleRate, std::optiona
     info.samplerate = sampleRate;
     info.channels = kChannels;
     info.format = format | (subtype ? subtype->m_Format : SF_FORMAT_VORBIS);
-    if (const CStatus status = m_Output.Open(path); !status)
+    if (CStatus status = m_Output.Open(path); !status)
         return status;
     SF_VIRTUAL_IO io = {GetLength, SeekBytes, ReadNothing, WriteBytes, GetPosition};
     m_File.reset(sf_open_virtual(&io, SFM_WRITE, &info, &m_Output));
@@ -182,7 +182,7 @@ CStatus CAudioWriter::Write(const float* left, const float* right, int frames) {
         m_Chunk[m_ChunkSize++] = Limit(left[i]);
         m_Chunk[m_ChunkSize++] = Limit(right[i]);
         if (m_ChunkSize == m_Chunk.size()) {
-            if (const CStatus status = Flush(); !status)
+            if (CStatus status = Flush(); !status)
                 return status;
         }
     }
@@ -190,7 +190,7 @@ CStatus CAudioWriter::Write(const float* left, const float* right, int frames) {
 }
 
 CStatus CAudioWriter::Close() {
-    if (const CStatus status = Flush(); !status)
+    if (CStatus status = Flush(); !status)
         return status;
     if (sf_close(m_File.release()) != 0 && !m_Output.HasFailed())
         return SFault{m_Path + ": can't be completed"};

@@ -61,7 +61,9 @@ TResult<std::vector<SAutomationEvent>> ReadAutomationFile(const std::string& pat
     bool hasHeader = false;
     for (std::int64_t number = 1; std::getline(file, line); ++number) {
         const auto refuse = [&](const std::string& why) {
-            return SFault{path + ", line " + std::to_string(number) + ": " + why};
+            std::string text = path;
+            text.append(", line ").append(std::to_string(number)).append(": ").append(why);
+            return SFault{std::move(text)};
         };
         if (number == 1 && line.starts_with(kByteOrderMark))
             line.erase(0, std::strlen(kByteOrderMark));

@@ -140,12 +140,11 @@ TResult<std::string> RunDemo(const std::string& folder) {
     const SDemoSignal signal = MakeDemoSignal(kSampleRate);
     const int frames = static_cast<int>(signal.m_Left.size());
     CAudioWriter writer;
-    if (const CStatus status = writer.Open(source, kSampleRate, ESubtype::Pcm24, frames); !status)
+    if (CStatus status = writer.Open(source, kSampleRate, ESubtype::Pcm24, frames); !status)
         return status.GetFault();
-    if (const CStatus status = writer.Write(signal.m_Left.data(), signal.m_Right.data(), frames);
-        !status)
+    if (CStatus status = writer.Write(signal.m_Left.data(), signal.m_Right.data(), frames); !status)
         return status.GetFault();
-    if (const CStatus status = writer.Close(); !status)
+    if (CStatus status = writer.Close(); !status)
         return status.GetFault();
 
     SRenderOptions render;
@@ -161,7 +160,7 @@ TResult<std::string> RunDemo(const std::string& folder) {
     response.m_Output = (fs::path(folder) / "demo-response.png").string();
     response.m_Settings = render.m_Settings;
     response.m_SampleRate = kSampleRate;
-    if (const CStatus status = WriteResponse(response); !status)
+    if (CStatus status = WriteResponse(response); !status)
         return status.GetFault();
 
     return "Made " + source + ": a chord with brushed noise, six seconds at 48 kHz.\n" +

@@ -35,8 +35,7 @@ public:
     TResult<int> Read(SBlock& block, int frames) {
         int count = 0;
         if (!m_ReaderAtEnd) {
-            const TResult<int> read =
-                m_Reader.Read(block.m_Left.data(), block.m_Right.data(), frames);
+            TResult<int> read = m_Reader.Read(block.m_Left.data(), block.m_Right.data(), frames);
             if (!read)
                 return read;
             count = *read;
@@ -113,14 +112,13 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
     if (!plan)
         return plan.GetFault();
     CAudioReader reader;
-    if (const CStatus status = reader.Open(options.m_Input); !status)
+    if (CStatus status = reader.Open(options.m_Input); !status)
         return status.GetFault();
     const int rate = reader.GetSampleRate();
     const std::int64_t tail = std::llround(options.m_TailSeconds * rate);
     const std::int64_t expected = reader.GetFrameCount() > 0 ? reader.GetFrameCount() + tail : 0;
     CAudioWriter writer;
-    if (const CStatus status = writer.Open(options.m_Output, rate, plan->m_Subtype, expected);
-        !status)
+    if (CStatus status = writer.Open(options.m_Output, rate, plan->m_Subtype, expected); !status)
         return status.GetFault();
 
     const int largest = *std::max_element(plan->m_BlockSizes.begin(), plan->m_BlockSizes.end());
@@ -140,8 +138,7 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
             equaliser.MoveTo(event->m_Setting);
         equaliser.Process(input.m_Left.data(), input.m_Right.data(), output.m_Left.data(),
                           output.m_Right.data(), *count);
-        if (const CStatus status =
-                writer.Write(output.m_Left.data(), output.m_Right.data(), *count);
+        if (CStatus status = writer.Write(output.m_Left.data(), output.m_Right.data(), *count);
             !status)
             return status.GetFault();
         frame += *count;
@@ -150,7 +147,7 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
             return SFault{options.m_Output + ": not written, as the render was interrupted"};
     }
     progress.Finish();
-    if (const CStatus status = writer.Close(); !status)
+    if (CStatus status = writer.Close(); !status)
         return status.GetFault();
 
     SRenderReport report;

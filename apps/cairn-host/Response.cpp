@@ -53,7 +53,7 @@ CStatus CheckOptions(const SResponseOptions& options) {
     for (const auto& [option, value] : {std::pair{"--rate", options.m_SampleRate},
                                         {"--from", options.m_From},
                                         {"--to", options.m_To}}) {
-        if (const CStatus status = CheckRange(option, value); !status)
+        if (CStatus status = CheckRange(option, value); !status)
             return status;
     }
     if (options.m_From >= options.m_To)
@@ -68,7 +68,7 @@ CStatus CheckOptions(const SResponseOptions& options) {
 CStatus WriteTable(const CEqualiser& equaliser, const std::vector<double>& frequencies,
                    const std::string& path) {
     COutputFile file;
-    if (const CStatus status = file.Open(path); !status)
+    if (CStatus status = file.Open(path); !status)
         return status;
     std::string line = "Frequency";
     for (int i = 0; i < equaliser.GetCurveCount(); ++i)
@@ -139,6 +139,7 @@ SPlot MakePlot(const CEqualiser& equaliser, std::vector<double> frequencies, dou
 
 std::vector<double> SpaceFrequencies(double from, double to, int count) {
     std::vector<double> frequencies;
+    frequencies.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         frequencies.push_back(from * std::pow(to / from, static_cast<double>(i) / (count - 1)));
     frequencies.back() = to;
@@ -146,7 +147,7 @@ std::vector<double> SpaceFrequencies(double from, double to, int count) {
 }
 
 CStatus WriteResponse(const SResponseOptions& options) {
-    if (const CStatus status = CheckOptions(options); !status)
+    if (CStatus status = CheckOptions(options); !status)
         return status;
     const std::string extension = std::filesystem::path(options.m_Output).extension().string();
     const bool table = EqualsIgnoringCase(extension, ".csv");

@@ -299,7 +299,7 @@ struct SDestroyCairo {
 
 CStatus DrawPlot(const SPlot& plot, const std::string& path) {
     COutputFile output;
-    if (const CStatus status = output.Open(path); !status)
+    if (CStatus status = output.Open(path); !status)
         return status;
     const bool vector =
         EqualsIgnoringCase(std::filesystem::path(path).extension().string(), ".svg");

@@ -56,7 +56,9 @@ std::optional<std::int64_t> ParseInteger(std::string_view text) {
 
 std::string FormatNumber(double value) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.6g", value);
+    const bool isLargeWhole = std::abs(value) >= 1e6 && std::abs(value) < 1e15 &&
+                              std::nearbyint(value) >= value && std::nearbyint(value) <= value;
+    std::snprintf(text, sizeof text, isLargeWhole ? "%.0f" : "%.6g", value);
     return text;
 }
 

@@ -21,7 +21,8 @@ std::vector<std::string_view> Split(std::string_view text, char separator);
 // Decimal digits with an optional '-'; nothing when any other letter is there, or it overflows.
 std::optional<std::int64_t> ParseInteger(std::string_view text);
 
-// At most six significant digits, no trailing zeros: "0.01", "22000", "-40".
+// Whole numbers as they are, others to six significant digits without trailing zeros: "0.01",
+// "-40", "1000000".
 std::string FormatNumber(double value);
 // The shortest text that reads back as the same number; "-inf", "inf" and "nan" as such.
 std::string FormatExactly(double value);

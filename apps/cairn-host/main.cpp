@@ -65,6 +65,11 @@ int RunDemonstration(const std::string& folder) {
     return Print(*told);
 }
 
+// An empty path has no name that a message could tell.
+std::string CheckNotEmpty(const std::string& path) {
+    return path.empty() ? "a path that isn't empty is expected" : "";
+}
+
 void AddSettings(CLI::App& command, std::vector<std::string>& settings) {
     command
         .add_option("--set", settings,
@@ -85,15 +90,18 @@ int main(int argc, char** argv) {
     bool quiet = false;
     CLI::App* renderCommand = app.add_subcommand("render", "Equalise an audio file");
     renderCommand->add_option("INPUT", render.m_Input, "Audio file of one or two channels")
+        ->check(CheckNotEmpty)
         ->required();
     renderCommand
         ->add_option("OUTPUT", render.m_Output,
                      "Two-channel file to write: .wav, .flac, .aiff or .ogg; can be INPUT")
+        ->check(CheckNotEmpty)
         ->required();
     AddSettings(*renderCommand, render.m_Settings);
     renderCommand
         ->add_option("--automation", render.m_Automation,
                      "Changes over time, as lines of frame,parameter,value under that header")
+        ->check(CheckNotEmpty)
         ->type_name("FILE.csv");
     renderCommand
         ->add_option("--block-size", render.m_BlockSizes,
@@ -118,6 +126,7 @@ int main(int argc, char** argv) {
     responseCommand
         ->add_option("-o,--output", response.m_Output, "File to write: .csv, .png or .svg")
         ->type_name("FILE")
+        ->check(CheckNotEmpty)
         ->required();
     AddSettings(*responseCommand, response.m_Settings);
     for (const auto& [name, value, help] :
@@ -132,7 +141,9 @@ int main(int argc, char** argv) {
     std::string folder;
     CLI::App* demoCommand =
         app.add_subcommand("demo", "Make a piece of audio, equalise it and draw the response");
-    demoCommand->add_option("FOLDER", folder, "Where the files go")->required();
+    demoCommand->add_option("FOLDER", folder, "Where the files go")
+        ->check(CheckNotEmpty)
+        ->required();
 
     try {
         app.parse(argc, argv);

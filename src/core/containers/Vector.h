@@ -39,7 +39,9 @@ public:
 template <class V>
 class IValueVector : public virtual IConstValueVector<V> {
 public:
-    virtual void SetValue(int index, V value) LATHE_REALTIME = 0;
+    // No call of the audio thread as such: storing a text or an object copies it. Vectors of
+    // numbers say otherwise.
+    virtual void SetValue(int index, V value) = 0;
 };
 
 } // namespace Lathe::Containers

@@ -192,7 +192,6 @@ CCairnEQ::CCairnEQ(const CCairnEQ& other)
       m_Peak(other.m_Peak),
       m_HighShelf(other.m_HighShelf),
       m_StageVariations(other.m_StageVariations),
-      m_StageParams(other.m_StageParams),
       m_OutputCurvesDirty(other.m_OutputCurvesDirty),
       m_ParamsChanged(other.m_ParamsChanged) {
     WireOutputs();

@@ -68,10 +68,11 @@ private:
     template <class TRun>
     bool RunChannel(const CFilterProcessData& data, CFilterPropertiesVariationsAdapter& variations,
                     F& filter, int channel, TRun run) LATHE_REALTIME {
-        const bool hasInput =
-            data.m_pInputs && this->m_ProcessInfo.GetInputs().GetCount() > channel;
-        const bool hasOutput =
-            data.m_pOutputs && this->m_ProcessInfo.GetOutputs().GetCount() > channel;
+        // Silence may come without inputs.
+        const bool hasInput = data.m_pInputs && data.m_pInputs->GetCount() > channel &&
+                              this->m_ProcessInfo.GetInputs().GetCount() > channel;
+        const bool hasOutput = data.m_pOutputs && data.m_pOutputs->GetCount() > channel &&
+                               this->m_ProcessInfo.GetOutputs().GetCount() > channel;
         const CConstAudioStreamToStreams input(hasInput ? &data.m_pInputs->GetElement(channel)
                                                         : nullptr);
         CAudioStreamToStreams output(hasOutput ? &data.m_pOutputs->GetElement(channel) : nullptr,

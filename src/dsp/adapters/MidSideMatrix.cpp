@@ -54,10 +54,11 @@ void Advance(CMatrixRamp& ramp, int orders) {
 
 void EncodeMidSide(const IAudioStream& left, const IAudioStream& right, float* channel1,
                    float* channel2, int samples, CMatrixRamp& ramp, int orders) {
-    const float* l = left.GetData();
-    const float* r = right.GetData();
-    const int lStride = left.GetStride();
-    const int rStride = right.GetStride();
+    const float zero = 0.0f;
+    const float* l = left.GetData() ? left.GetData() : &zero;
+    const float* r = right.GetData() ? right.GetData() : &zero;
+    const int lStride = left.GetData() ? left.GetStride() : 0;
+    const int rStride = right.GetData() ? right.GetStride() : 0;
     if (orders == 0 && lStride == 1 && rStride == 1) {
         const CMatrix matrix(ramp[0]);
         if (matrix.IsIdentity()) {

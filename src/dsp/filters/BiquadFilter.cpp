@@ -119,7 +119,8 @@ void CBiquadFilter::ProcessBlock(const CFilterProcessData& data) {
     if (data.m_pVariations) {
         SetInputValues(data.m_pVariations->GetStart());
         const IConstRates& rates = data.m_pVariations->GetVariations(Params);
-        rampOrders = std::min(rates.GetCount(), MaxRampOrders);
+        // Without a rate nothing moves, as in OnInputParamsChanged.
+        rampOrders = m_SampleRate != 0.0 ? std::min(rates.GetCount(), MaxRampOrders) : 0;
         for (int order = 1; order <= rampOrders; ++order)
             SetRampOrder(order, rates.GetElement(order - 1));
     }

@@ -62,7 +62,8 @@ protected:
     void OnReset() LATHE_REALTIME override;
     void ProcessBlock(const CFilterProcessData& data) LATHE_REALTIME override;
 
-    // Turns the rates of one order (from 1) into an entry of the section's ramp.
+    // Turns the rates of one order (from 1) into an entry of the section's ramp, which moves
+    // nothing when their number is another.
     virtual void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME = 0;
     // The section loop of a block that ramps: ProcessRamped with the section's own ramp.
     virtual void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME = 0;

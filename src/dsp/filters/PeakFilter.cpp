@@ -70,8 +70,8 @@ void CPeakFilter::OnInputParamsChanged(const IConstParamsValues& values) {
 }
 
 void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
-    if (rates.GetCount() == s_ParamsCount)
-        m_Ramp[static_cast<std::size_t>(order)] = Convert(rates);
+    m_Ramp[static_cast<std::size_t>(order)] =
+        rates.GetCount() == s_ParamsCount ? Convert(rates) : SValues();
 }
 
 CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) const {

@@ -72,8 +72,8 @@ void CShelfFilter::OnInputParamsChanged(const IConstParamsValues& values) {
 }
 
 void CShelfFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
-    if (rates.GetCount() == s_ParamsCount)
-        m_Ramp[static_cast<std::size_t>(order)] = Convert(rates);
+    m_Ramp[static_cast<std::size_t>(order)] =
+        rates.GetCount() == s_ParamsCount ? Convert(rates) : SValues();
 }
 
 CShelfFilter::SValues CShelfFilter::Convert(const IConstParamsValues& values) const {

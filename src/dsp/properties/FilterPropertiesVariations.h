@@ -50,6 +50,8 @@ public:
     // change and for a block without samples. A kind without any flag gets no vector.
     void ComputeRates(int samples) LATHE_REALTIME;
     // Copies what changed from the end to the start state and clears the end's flags.
+    // A text or object that nobody but the start state held is freed here: an owner that may not
+    // free holds it elsewhere.
     void Commit() LATHE_REALTIME;
 
 private:

@@ -6,9 +6,19 @@
 
 namespace Lathe::Audio::DSP {
 
-// Copying copies the samples.
+// Copying copies the samples, and makes as much room as the other has.
 class CDynamicAudioStream : public IAudioStream {
 public:
+    CDynamicAudioStream() = default;
+    CDynamicAudioStream(const CDynamicAudioStream& other) : IAudioStream() { *this = other; }
+    CDynamicAudioStream& operator=(const CDynamicAudioStream& other) {
+        if (this != &other) {
+            m_Samples.SetCount(other.m_Samples.GetCapacity());
+            m_Samples = other.m_Samples;
+        }
+        return *this;
+    }
+
     const float* GetData() const LATHE_REALTIME override { return m_Samples.GetData(); }
     float* GetData() LATHE_REALTIME override { return m_Samples.GetData(); }
     int GetSize() const LATHE_REALTIME override { return m_Samples.GetCount(); }

@@ -1,6 +1,7 @@
 #include "dsp/streams/StreamFunctions.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace Lathe::Audio::DSP {
 
@@ -43,7 +44,6 @@ void CopyStreams(const IConstAudioStreams& source, IAudioStreams& destination, i
 bool CrossfadeStreams(const IConstAudioStreams& from, const IConstAudioStreams& to,
                       IAudioStreams& output, int samples, float* position, float step) {
     const int channels = std::min({from.GetCount(), to.GetCount(), output.GetCount()});
-    // In double, so that n steps of 1 / n add up to 1 for every n.
     double current = *position;
     for (int channel = 0; channel < channels; ++channel) {
         const IAudioStream& fromStream = from.GetElement(channel);
@@ -65,6 +65,13 @@ bool CrossfadeStreams(const IConstAudioStreams& from, const IConstAudioStreams& 
             current = std::clamp(current + static_cast<double>(step), 0.0, 1.0);
         }
     }
+    // The sum is in double, so n steps of 1 / n miss the end by no more than the step's own
+    // rounding.
+    constexpr double rounding = std::numeric_limits<float>::epsilon();
+    if (step > 0.0f && current > 1.0 - rounding)
+        current = 1.0;
+    else if (step < 0.0f && current < rounding)
+        current = 0.0;
     *position = static_cast<float>(current);
     return *position > 0.0f && *position < 1.0f;
 }

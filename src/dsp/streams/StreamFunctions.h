@@ -14,8 +14,8 @@ void CopyStreams(const IConstAudioStreams& source, IAudioStreams& destination, i
     LATHE_REALTIME;
 
 // out = (to - from) * position + from on the channels that all three have; each channel starts at
-// *position, which moves by step a sample within 0 to 1 and is left where the last channel ended.
-// True while it lies strictly between 0 and 1.
+// *position, which moves by step a sample within 0 to 1 and is left where the last channel ended:
+// at an end after n steps of 1 / n from the other. True while it lies strictly between 0 and 1.
 bool CrossfadeStreams(const IConstAudioStreams& from, const IConstAudioStreams& to,
                       IAudioStreams& output, int samples, float* position, float step)
     LATHE_REALTIME;

@@ -5,6 +5,7 @@
 
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "dsp/streams/EmptyStream.h"
+#include "dsp/streams/TestStreams.h"
 #include "support/AllocationCounter.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,6 @@
 #include <cmath>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <random>
 #include <vector>
 
@@ -26,36 +26,6 @@ constexpr int s_Samples = 64;
 float ToLinear(double dB) {
     return static_cast<float>(std::pow(10.0, 0.05 * dB));
 }
-
-// Up to two channels of a block, in one piece of memory.
-class CBlock {
-public:
-    CBlock(int channels, int stride, int samples = s_Samples)
-        : m_Stride(stride), m_Memory(static_cast<std::size_t>(2 * samples * std::max(stride, 1))) {
-        for (int c = 0; c < 2; ++c)
-            m_Channels[c] =
-                CAudioStream(GetFirst(c), 0, samples * std::max(stride, 1), stride, false);
-        m_Streams.emplace(m_Channels, channels, false);
-    }
-    float& Get(int channel, int sample) { return GetFirst(channel)[sample * m_Stride]; }
-    CAudioStreams& GetStreams() { return *m_Streams; }
-    // From a part of the block on, as its own block.
-    void Move(int sample, int samples) {
-        for (int c = 0; c < 2; ++c)
-            m_Channels[c] =
-                CAudioStream(GetFirst(c), sample * m_Stride, samples * m_Stride, m_Stride, false);
-    }
-
-private:
-    float* GetFirst(int channel) {
-        return m_Memory.data() + m_Memory.size() / 2 * static_cast<std::size_t>(channel);
-    }
-
-    int m_Stride;
-    std::vector<float> m_Memory;
-    CAudioStream m_Channels[2];
-    std::optional<CAudioStreams> m_Streams;
-};
 
 class Gain : public testing::Test {
 protected:
@@ -106,11 +76,15 @@ protected:
     float GetSignal(int channel, int sample) const {
         return m_Signal[static_cast<std::size_t>(channel * s_Samples + sample)];
     }
-    void Fill(CBlock& block) const {
-        for (int c = 0; c < 2; ++c) {
-            for (int i = 0; i < s_Samples; ++i)
-                block.Get(c, i) = GetSignal(c, i);
-        }
+    CTestStreams MakeSignal(int channels, int stride) const {
+        CTestStreams streams(channels, stride, s_Samples);
+        streams.Fill([this](int c, int i) { return GetSignal(c, i); });
+        return streams;
+    }
+    static CTestStreams MakeOnes(int stride, int samples) {
+        CTestStreams streams(1, stride, samples);
+        streams.Fill([](int, int) { return 1.0f; });
+        return streams;
     }
 
     std::vector<float> m_Signal;
@@ -125,12 +99,12 @@ TEST_F(Gain, MultipliesAsANaiveLoopDoes) {
                     SCOPED_TRACE(testing::Message() << dB << " dB, " << channels << " channels, "
                                                     << inStride << " to " << outStride);
                     CGain gain = MakeGain(channels, dB);
-                    CBlock input(channels, inStride);
-                    CBlock output(channels, outStride);
-                    Fill(input);
-                    Run(gain, input.GetStreams(), output.GetStreams(), s_Samples);
+                    CTestStreams input = MakeSignal(channels, inStride);
+                    CTestStreams output(channels, outStride, s_Samples);
+                    Run(gain, input, output, s_Samples);
                     // The same in place.
-                    Run(gain, input.GetStreams(), input.GetStreams(), s_Samples);
+                    Run(gain, input, input, s_Samples);
+                    EXPECT_TRUE(output.AreGapsUntouched());
                     for (int c = 0; c < channels; ++c) {
                         for (int i = 0; i < s_Samples; ++i) {
                             float expected = ToLinear(dB) * GetSignal(c, i);
@@ -149,42 +123,31 @@ TEST_F(Gain, MultipliesAsANaiveLoopDoes) {
 
 TEST_F(Gain, ReadsSilenceAndSwallowsOutput) {
     CGain gain = MakeGain(2, 6.0);
-    CBlock block(2, 1);
-    Fill(block);
-    Run(gain, CEmptyStreams(s_Samples, 2), block.GetStreams(), s_Samples);
-    EXPECT_EQ(block.Get(1, s_Samples - 1), 0.0f);
-    Fill(block);
-    CBlock cells(2, 0);
-    Run(gain, block.GetStreams(), cells.GetStreams(), s_Samples);
+    CTestStreams block = MakeSignal(2, 1);
+    CTestStreams cells(2, 0, s_Samples);
+    Run(gain, block, cells, s_Samples);
     EXPECT_EQ(cells.Get(1, 0), ToLinear(6.0) * GetSignal(1, s_Samples - 1));
+    Run(gain, CEmptyStreams(s_Samples, 2), block, s_Samples);
+    EXPECT_EQ(block.Get(1, s_Samples - 1), 0.0f);
     // Streams without data do the same.
-    CAudioStream nothing[2];
-    CAudioStreams nowhere(nothing, 2, false);
-    Run(gain, block.GetStreams(), nowhere, s_Samples);
-    Run(gain, nowhere, block.GetStreams(), s_Samples);
+    CAudioStream noData[2];
+    CAudioStreams nowhere(noData, 2, false);
+    block = MakeSignal(2, 1);
+    Run(gain, block, nowhere, s_Samples);
+    EXPECT_EQ(block.Get(0, 0), GetSignal(0, 0));
+    Run(gain, nowhere, block, s_Samples);
     EXPECT_EQ(block.Get(0, 0), 0.0f);
 }
 
-TEST_F(Gain, LeavesTheOutputsWithoutItsChannels) {
+TEST_F(Gain, DoesNothingWithFewerChannels) {
     CGain gain = MakeGain(2, 6.0);
-    CBlock one(1, 1);
-    CBlock two(2, 1);
-    Fill(one);
-    Fill(two);
-    Run(gain, one.GetStreams(), two.GetStreams(), s_Samples);
+    CTestStreams one = MakeSignal(1, 1);
+    CTestStreams two = MakeSignal(2, 1);
+    Run(gain, one, two, s_Samples);
     EXPECT_EQ(two.Get(0, 0), GetSignal(0, 0));
-    Run(gain, two.GetStreams(), one.GetStreams(), s_Samples);
+    Run(gain, two, one, s_Samples);
     EXPECT_EQ(one.Get(0, 0), GetSignal(0, 0));
-    CFilterProcessData data;
-    gain.Process(data);
-}
-
-// What a filter makes of a constant 1 is its gain.
-std::vector<float> GetGains(CBlock& block, int samples) {
-    std::vector<float> gains;
-    for (int i = 0; i < samples; ++i)
-        gains.push_back(block.Get(0, i));
-    return gains;
+    gain.Process(CFilterProcessData());
 }
 
 TEST_F(Gain, RampsAlongALineInDbAndLandsExactly) {
@@ -197,22 +160,20 @@ TEST_F(Gain, RampsAlongALineInDbAndLandsExactly) {
         for (const int stride : {1, 2}) {
             SCOPED_TRACE(testing::Message() << row.m_Start << " to " << row.m_End);
             CGain gain = MakeGain(1, 20.0);
-            CBlock input(1, stride, row.m_Samples + 1);
-            for (int i = 0; i <= row.m_Samples; ++i)
-                input.Get(0, i) = 1.0f;
-            CBlock output(1, stride, row.m_Samples + 1);
+            CTestStreams block = MakeOnes(stride, row.m_Samples + 1);
             const auto ramp = MakeRamp(gain, row.m_Start, row.m_End, row.m_Samples);
-            Run(gain, input.GetStreams(), output.GetStreams(), row.m_Samples, &ramp);
+            Run(gain, block, block, row.m_Samples, &ramp);
             for (int i = 0; i < row.m_Samples; ++i) {
                 const double dB = row.m_Start + (row.m_End - row.m_Start) * i / row.m_Samples;
                 // Each step rounds once, and carries the rounding of the ratio.
                 const float tolerance = ToLinear(dB) * static_cast<float>(i + 1) * 1.2e-7f;
-                EXPECT_NEAR(output.Get(0, i), ToLinear(dB), tolerance) << i;
+                EXPECT_NEAR(block.Get(0, i), ToLinear(dB), tolerance) << i;
             }
-            input.Move(row.m_Samples, 1);
-            output.Move(row.m_Samples, 1);
-            Run(gain, input.GetStreams(), output.GetStreams(), 1);
-            EXPECT_EQ(output.Get(0, row.m_Samples), ToLinear(row.m_End));
+            // The next block has the end value itself.
+            CAudioStream rest(&block.Get(0, row.m_Samples), 0, 1, 1, false);
+            CAudioStreamToStreams next(&rest, false);
+            Run(gain, next, next, 1);
+            EXPECT_EQ(block.Get(0, row.m_Samples), ToLinear(row.m_End));
         }
     }
 }
@@ -224,15 +185,12 @@ TEST_F(Gain, HigherOrdersBendTheRamp) {
     ramp.GetRates(Params)[1].SetCount(1);
     ramp.GetRates(Params)[0].SetValue(0, 0.5);
     ramp.GetRates(Params)[1].SetValue(0, -0.25);
-    CBlock block(1, 1, 10);
-    for (int i = 0; i < 10; ++i)
-        block.Get(0, i) = 1.0f;
-    Run(gain, block.GetStreams(), block.GetStreams(), 10, &ramp);
-    const std::vector<float> gains = GetGains(block, 10);
+    CTestStreams block = MakeOnes(1, 10);
+    Run(gain, block, block, 10, &ramp);
     for (int i = 0; i < 10; ++i) {
         // The slope takes its step before the gain does.
         const double dB = 1.0 + 0.5 * i - 0.25 * i * (i + 1) / 2.0;
-        EXPECT_NEAR(gains[static_cast<std::size_t>(i)], ToLinear(dB), 1e-5f) << i;
+        EXPECT_NEAR(block.Get(0, i), ToLinear(dB), 1e-5f) << i;
     }
 }
 
@@ -262,9 +220,8 @@ TEST_F(Gain, ACloneGoesItsOwnWay) {
     SetGain(gain, 6.0);
     gain.UpdateOutputs();
     EXPECT_EQ(clone->GetOutputCurves().GetValue(0).Evaluate(0.0), ToLinear(-6.0));
-    CBlock block(1, 1);
-    block.Get(0, 0) = 1.0f;
-    Run(*clone, block.GetStreams(), block.GetStreams(), 1);
+    CTestStreams block = MakeOnes(1, 1);
+    Run(*clone, block, block, 1);
     EXPECT_EQ(block.Get(0, 0), ToLinear(-6.0));
     CFilterInitInfo info;
     info.m_ResetToDefaults = true;
@@ -275,12 +232,11 @@ TEST_F(Gain, ACloneGoesItsOwnWay) {
 
 TEST_F(Gain, BlocksAllocateNothing) {
     CGain gain = MakeGain(2, 0.0);
-    CBlock block(2, 1);
-    Fill(block);
+    CTestStreams block = MakeSignal(2, 1);
     const auto ramp = MakeRamp(gain, 0.0, 6.0, s_Samples);
     const CAllocationScope scope;
-    Run(gain, block.GetStreams(), block.GetStreams(), s_Samples, &ramp);
-    Run(gain, block.GetStreams(), block.GetStreams(), s_Samples);
+    Run(gain, block, block, s_Samples, &ramp);
+    Run(gain, block, block, s_Samples);
     gain.UpdateOutputs();
     gain.Reset();
     EXPECT_EQ(scope.GetCount(), 0);

@@ -65,6 +65,7 @@ protected:
 
 TEST_F(FilterPropertiesAdapter, SeesAllThenEachChannelThenARange) {
     CFilterPropertiesVariationsAdapter view;
+    view.Reserve(1);
     CFilterPropertiesAdapter end;
     for (int round = 0; round < 2; ++round) {
         view.Attach(m_Source);

@@ -86,7 +86,7 @@ TEST_F(FilterPropertiesVariations, CommitMovesWhatIsFlaggedAndNothingElse) {
         EXPECT_EQ(GetNumber(m_Variations.GetStart(), kind, last), 11.0);
         EXPECT_EQ(GetNumber(m_Variations.GetStart(), kind, 0), last > 0 ? 0.0 : 11.0);
         EXPECT_EQ(GetAddress(m_Variations.GetStart(), kind, last),
-                      GetAddress(m_Variations.GetEnd(), kind, last));
+                  GetAddress(m_Variations.GetEnd(), kind, last));
         EXPECT_FALSE(IsAnyDirty(m_Variations.GetEnd(), kind));
     }
     m_Variations.ComputeRates(4);
@@ -123,9 +123,11 @@ TEST_F(FilterPropertiesVariations, ACopyIsItsOwnMaster) {
 }
 
 TEST_F(FilterPropertiesVariations, BlocksAllocateNothing) {
-    const auto run = [this](CFilterPropertiesVariations& variations) {
+    const auto run = [](CFilterPropertiesVariations& variations) {
         for (int kind = 0; kind < InputKinds; ++kind)
             SetNumber(variations.GetEnd(), kind, 0, 3);
+        // Holds what the start gives up, so that nothing is freed either.
+        const CFilterProperties holder(variations.GetStart());
         const CAllocationScope scope;
         for (const int samples : {64, 0, 32}) {
             variations.ComputeRates(samples);
@@ -135,6 +137,7 @@ TEST_F(FilterPropertiesVariations, BlocksAllocateNothing) {
         variations.GetStart().SetParamsCount(1);
         variations.GetStart().SetParamsCount(3);
         EXPECT_EQ(scope.GetCount(), 0);
+        EXPECT_EQ(scope.GetFreedCount(), 0);
     };
     for (const int orders : {0, 1, 2}) {
         SCOPED_TRACE(orders);

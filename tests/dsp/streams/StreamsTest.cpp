@@ -6,43 +6,24 @@
 #include "dsp/streams/StreamFunctions.h"
 
 #include "core/containers/Collection.h"
+#include "dsp/streams/TestStreams.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <vector>
+#include <utility>
 
 namespace Lathe::Audio::DSP {
 
 namespace {
 
-constexpr float s_Untouched = -99.0f;
-
-// Samples of any stride, with gaps and an end that nobody may touch.
-struct SBuffer {
-    SBuffer(int samples, int stride, float first = s_Untouched)
-        : m_Memory(static_cast<std::size_t>(samples * std::max(stride, 1) + 1), s_Untouched),
-          m_Stream(m_Memory.data(), 0, stride == 0 ? samples : samples * stride, stride, false) {
-        for (int i = 0; first != s_Untouched && i < samples; ++i)
-            m_Memory[static_cast<std::size_t>(i * stride)] = first + static_cast<float>(i);
-    }
-    float Get(int sample) const {
-        return m_Memory[static_cast<std::size_t>(sample * m_Stream.GetStride())];
-    }
-    // Whether all but the samples is as it was.
-    bool AreGapsUntouched() const {
-        for (std::size_t i = 0; i < m_Memory.size(); ++i) {
-            const auto stride = static_cast<std::size_t>(m_Stream.GetStride());
-            const bool isSample = stride == 0 ? i == 0 : i % stride == 0 && i + 1 < m_Memory.size();
-            if (!isSample && m_Memory[i] != s_Untouched)
-                return false;
-        }
-        return true;
-    }
-
-    std::vector<float> m_Memory;
-    CAudioStream m_Stream;
-};
+// A tenth of each sample is its channel, the rest its number.
+CTestStreams Make(int channels, int stride, int samples, float first) {
+    CTestStreams streams(channels, stride, samples);
+    streams.Fill(
+        [&](int c, int i) { return first + static_cast<float>(i) + 0.1f * static_cast<float>(c); });
+    return streams;
+}
 
 TEST(AudioStream, CountsSamplesByItsStride) {
     float memory[1000] = {};
@@ -104,92 +85,76 @@ TEST(DynamicAudioStream, CopiesItsSamples) {
     EXPECT_EQ(streams.GetElement(0).GetStride(), 1);
 }
 
-TEST(CopyStream, CopiesWithEachSidesStride) {
+TEST(CopyStreams, CopyWithEachSidesStrideTheChannelsThatBothHave) {
     for (const int fromStride : {0, 1, 2, 3}) {
         for (const int toStride : {0, 1, 2, 3}) {
-            SCOPED_TRACE(testing::Message() << fromStride << " to " << toStride);
-            SBuffer from(5, fromStride, 10.0f);
-            SBuffer to(5, toStride);
-            CopyStream(from.m_Stream, to.m_Stream, 4);
-            for (int i = 0; i < 4; ++i)
-                EXPECT_EQ(to.Get(i), from.Get(toStride == 0 ? 3 : i));
-            EXPECT_TRUE(toStride == 0 || to.Get(4) == s_Untouched);
-            EXPECT_TRUE(to.AreGapsUntouched());
-            CopyStream(CAudioStream(), to.m_Stream, 3);
-            for (int i = 0; i < 3; ++i)
-                EXPECT_EQ(to.Get(i), 0.0f) << "no source reads as zeros";
+            for (const int channels : {1, 2, 3}) {
+                SCOPED_TRACE(testing::Message() << fromStride << " to " << toStride);
+                CTestStreams from = Make(channels, fromStride, 5, 10.0f);
+                CTestStreams to(2, toStride, 5);
+                CopyStreams(from, to, 4);
+                for (int c = 0; c < std::min(channels, 2); ++c) {
+                    for (int i = 0; i < 4; ++i)
+                        EXPECT_EQ(to.Get(c, i), from.Get(c, toStride == 0 ? 3 : i));
+                }
+                if (channels == 1) {
+                    EXPECT_EQ(to.Get(1, 0), CTestStreams::s_Untouched);
+                }
+                if (toStride != 0) {
+                    EXPECT_EQ(to.Get(0, 4), CTestStreams::s_Untouched);
+                }
+                EXPECT_TRUE(to.AreGapsUntouched());
+            }
         }
     }
 }
 
-TEST(CopyStream, OntoItselfOrIntoNothingIsNoCopy) {
-    SBuffer buffer(4, 1, 1.0f);
-    const std::vector<float> before = buffer.m_Memory;
-    CopyStream(buffer.m_Stream, buffer.m_Stream, 4);
-    EXPECT_EQ(buffer.m_Memory, before);
+TEST(CopyStream, OntoItselfOrIntoNothingIsNoCopyAndFromNothingIsSilence) {
+    CTestStreams buffer = Make(1, 1, 4, 1.0f);
+    CopyStream(buffer.GetElement(0), buffer.GetElement(0), 4);
+    EXPECT_EQ(buffer.Get(0, 3), 4.0f);
     CEmptyStream nowhere(4);
-    CopyStream(buffer.m_Stream, nowhere, 4);
+    CopyStream(buffer.GetElement(0), nowhere, 4);
     EXPECT_EQ(*std::as_const(nowhere).GetData(), 0.0f);
     // The same memory by another stride is another stream.
-    CAudioStream everySecond(buffer.m_Memory.data(), 0, 4, 2, false);
-    CopyStream(everySecond, buffer.m_Stream, 2);
-    EXPECT_EQ(buffer.m_Memory[1], 3.0f);
-}
-
-// Two channels of one block, with strides of their own.
-struct SPair {
-    SPair(int samples, int stride, float first)
-        : m_Left(samples, stride, first), m_Right(samples, stride, first + 50.0f) {
-        m_Channels[0] = CAudioStream(m_Left.m_Memory.data(), 0, samples * stride, stride, false);
-        m_Channels[1] = CAudioStream(m_Right.m_Memory.data(), 0, samples * stride, stride, false);
-    }
-    SBuffer m_Left;
-    SBuffer m_Right;
-    CAudioStream m_Channels[2];
-    CAudioStreams m_Streams{m_Channels, 2, false};
-    CAudioStreams m_LeftOnly{m_Channels, 1, false};
-};
-
-TEST(CopyStreams, CopiesTheChannelsThatBothHave) {
-    SPair from(3, 2, 1.0f);
-    for (const bool fewInputs : {true, false}) {
-        SPair to(3, 1, s_Untouched);
-        CopyStreams(fewInputs ? from.m_LeftOnly : from.m_Streams,
-                    fewInputs ? to.m_Streams : to.m_LeftOnly, 3);
-        EXPECT_EQ(to.m_Left.Get(2), 3.0f);
-        EXPECT_EQ(to.m_Right.Get(0), s_Untouched + 50.0f);
-    }
+    CAudioStream everySecond(&buffer.Get(0, 0), 0, 4, 2, false);
+    CopyStream(everySecond, buffer.GetElement(0), 2);
+    EXPECT_EQ(buffer.Get(0, 1), 3.0f);
+    CopyStream(CAudioStream(), everySecond, 2);
+    EXPECT_EQ(buffer.Get(0, 0), 0.0f);
+    EXPECT_EQ(buffer.Get(0, 1), 3.0f);
+    EXPECT_EQ(buffer.Get(0, 2), 0.0f);
 }
 
 TEST(ClearStreams, ClearsEverySampleAndNothingBetween) {
-    for (const int stride : {1, 2, 3}) {
-        SPair pair(4, stride, 1.0f);
-        ClearStreams(pair.m_Streams);
-        for (int i = 0; i < 4; ++i) {
-            EXPECT_EQ(pair.m_Left.Get(i), 0.0f);
-            EXPECT_EQ(pair.m_Right.Get(i), 0.0f);
-        }
-        EXPECT_TRUE(pair.m_Left.AreGapsUntouched());
-        EXPECT_TRUE(pair.m_Right.AreGapsUntouched());
+    for (const int stride : {0, 1, 2, 3}) {
+        CTestStreams streams = Make(2, stride, 4, 1.0f);
+        ClearStreams(streams);
+        for (int i = 0; i < 8; ++i)
+            EXPECT_EQ(streams.Get(i / 4, i % 4), 0.0f);
+        EXPECT_TRUE(streams.AreGapsUntouched());
     }
     CAudioStream noData;
     CAudioStreamToStreams nothing(&noData, false);
     ClearStreams(nothing);
 }
 
-TEST(CrossfadeStreams, EndsAtOneAfterAnyNumberOfSteps) {
-    const CEmptyStreams silence(5000, 1);
+TEST(CrossfadeStreams, EndsAfterAnyNumberOfSteps) {
+    const CEmptyStreams silence(1000, 1);
     float cell = 0.0f;
-    CAudioStream swallow(&cell, 0, 5000, 0, false);
+    CAudioStream swallow(&cell, 0, 1000, 0, false);
     CAudioStreamToStreams output(&swallow, false);
-    for (int samples = 1; samples <= 5000; ++samples) {
+    for (int samples = 1; samples <= 1000; ++samples) {
         const float step = 1.0f / static_cast<float>(samples);
-        float position = 0.0f;
-        ASSERT_EQ(CrossfadeStreams(silence, silence, output, samples - 1, &position, step),
-                  samples > 1);
-        position = 0.0f;
-        ASSERT_FALSE(CrossfadeStreams(silence, silence, output, samples, &position, step));
-        ASSERT_EQ(position, 1.0f) << samples;
+        for (const float start : {0.0f, 1.0f}) {
+            float position = start;
+            const float move = start > 0.0f ? -step : step;
+            ASSERT_EQ(CrossfadeStreams(silence, silence, output, samples - 1, &position, move),
+                      samples > 1);
+            position = start;
+            ASSERT_FALSE(CrossfadeStreams(silence, silence, output, samples, &position, move));
+            ASSERT_EQ(position, 1.0f - start) << samples;
+        }
     }
 }
 
@@ -201,49 +166,41 @@ TEST(CrossfadeStreams, MovesEachChannelFromOneToTheOther) {
     } cases[] = {
         {0.0f, 0.125f, 0.5f, true},  {0.5f, 0.25f, 1.0f, false}, {1.0f, -0.125f, 0.5f, true},
         {0.5f, -0.25f, 0.0f, false}, {0.0f, 0.0f, 0.0f, false},  {1.0f, 0.0f, 1.0f, false},
-        {0.25f, 0.0f, 0.25f, true},
+        {0.25f, 0.0f, 0.25f, true},  {0.9f, 0.25f, 1.0f, false},
     };
     for (const auto& row : cases) {
         for (const int stride : {1, 2}) {
             SCOPED_TRACE(testing::Message() << row.m_Position << " by " << row.m_Step);
-            SPair from(4, stride, 1.0f);
-            SPair to(4, 1, -20.0f);
-            SPair out(4, stride, 1.0f);
+            CTestStreams from = Make(2, stride, 4, 1.0f);
+            CTestStreams to = Make(3, 1, 4, -20.0f);
+            CTestStreams out(4, stride, 4);
             float position = row.m_Position;
-            EXPECT_EQ(CrossfadeStreams(from.m_Streams, to.m_Streams, out.m_Streams, 4, &position,
-                                       row.m_Step),
-                      row.m_GoesOn);
+            EXPECT_EQ(CrossfadeStreams(from, to, out, 4, &position, row.m_Step), row.m_GoesOn);
             EXPECT_EQ(position, row.m_End);
-            // Steps are powers of two here, so that every weight is exact.
-            for (int i = 0; i < 4; ++i) {
-                const float weight =
-                    std::clamp(row.m_Position + row.m_Step * static_cast<float>(i), 0.0f, 1.0f);
-                for (auto channel : {&SPair::m_Left, &SPair::m_Right}) {
-                    const float a = (from.*channel).Get(i);
-                    const float b = (to.*channel).Get(i);
-                    EXPECT_EQ((out.*channel).Get(i), (b - a) * weight + a);
+            for (int c = 0; c < 2; ++c) {
+                for (int i = 0; i < 4; ++i) {
+                    // The steps are powers of two, so that every weight is exact.
+                    const float weight =
+                        std::clamp(row.m_Position + row.m_Step * static_cast<float>(i), 0.0f, 1.0f);
+                    EXPECT_EQ(out.Get(c, i),
+                              (to.Get(c, i) - from.Get(c, i)) * weight + from.Get(c, i));
                 }
             }
-            EXPECT_TRUE(out.m_Right.AreGapsUntouched());
+            EXPECT_EQ(out.Get(2, 0), CTestStreams::s_Untouched) << "one of the three lacks it";
+            EXPECT_TRUE(out.AreGapsUntouched());
         }
     }
 }
 
-TEST(CrossfadeStreams, LeavesTheChannelsThatOneLacks) {
-    SPair from(4, 1, 1.0f);
-    SPair to(4, 1, 2.0f);
-    SPair out(4, 1, 7.0f);
-    float position = 1.0f;
-    CrossfadeStreams(from.m_Streams, to.m_LeftOnly, out.m_Streams, 4, &position, 0.0f);
-    EXPECT_EQ(out.m_Left.Get(0), 2.0f);
-    EXPECT_EQ(out.m_Right.Get(0), 57.0f);
-    // No data reads as silence and swallows what is written.
+TEST(CrossfadeStreams, NoDataReadsAsSilenceAndSwallowsWhatIsWritten) {
+    CTestStreams streams = Make(1, 1, 4, 1.0f);
     CAudioStream noData;
     CAudioStreamToStreams nothing(&noData, false);
-    position = 0.5f;
-    EXPECT_TRUE(CrossfadeStreams(from.m_Streams, nothing, out.m_Streams, 4, &position, 0.0f));
-    EXPECT_EQ(out.m_Left.Get(3), 2.0f);
-    EXPECT_TRUE(CrossfadeStreams(from.m_Streams, to.m_Streams, nothing, 4, &position, 0.0f));
+    float position = 0.5f;
+    EXPECT_TRUE(CrossfadeStreams(streams, nothing, streams, 4, &position, 0.0f));
+    EXPECT_EQ(streams.Get(0, 3), 2.0f);
+    EXPECT_TRUE(CrossfadeStreams(nothing, streams, nothing, 4, &position, 0.0f));
+    EXPECT_EQ(streams.Get(0, 3), 2.0f);
 }
 
 } // namespace
