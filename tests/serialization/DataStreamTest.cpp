@@ -2,7 +2,7 @@
 // that is missing or null does harm.
 #include "serialization/Streams.h"
 
-#include "core/Seed.h"
+#include "core/Fixtures.h"
 
 #include <climits>
 #include <iterator>

@@ -2,7 +2,7 @@
 // and names do.
 #include "serialization/Streams.h"
 
-#include "core/Seed.h"
+#include "core/Fixtures.h"
 #include "serialization/XmlText.h"
 
 #include <filesystem>

@@ -1,7 +1,7 @@
 // Numbers come back from their text unchanged, under any locale, and texts that are no numbers
 // leave what a stream leaves.
 #include "core/text/NumberText.h"
-#include "core/Seed.h"
+#include "core/Fixtures.h"
 
 #include <gtest/gtest.h>
 
