@@ -234,7 +234,8 @@ private:
         return stereoData;
     }
 
-    // Sets the ramp to the start of the block. Returns its orders.
+    // Sets the ramp to the start of the block. Returns the orders that move the mode: none in a
+    // block in which only other parameters change.
     int StartModeRamp(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME {
         if (!variations)
             return 0;
@@ -243,7 +244,10 @@ private:
         const int orders = std::min(rates.GetCount(), MaxRampOrders);
         for (int order = 1; order <= orders; ++order)
             SetModeValue(rates.GetElement(order - 1), order);
-        return orders;
+        int moving = orders;
+        while (moving > 0 && m_ModeRamp[static_cast<std::size_t>(moving)] == 0.0)
+            --moving;
+        return moving;
     }
 
     // The second pass of the matrix, after which the mode has its end value, silence or not.

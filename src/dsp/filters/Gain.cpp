@@ -122,12 +122,8 @@ int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {
 }
 
 void CGain::ProcessFrames(int samples, int rampOrders) {
-    if (rampOrders == 0 && m_Cursors.IsContiguousMono()) {
-        const float* input = m_Cursors.m_Inputs[0];
-        float* output = m_Cursors.m_Outputs[0];
-        const float gain = m_Gain[0];
-        for (int i = 0; i < samples; ++i)
-            output[i] = Scale(gain, input[i]);
+    if (m_Cursors.IsContiguousMono()) {
+        ProcessContiguousMono(samples, rampOrders);
         return;
     }
     for (int i = 0; i < samples; ++i) {
@@ -138,6 +134,24 @@ void CGain::ProcessFrames(int samples, int rampOrders) {
         for (auto order = static_cast<std::size_t>(rampOrders); order > 0; --order)
             m_Gain[order - 1] *= m_Gain[order];
     }
+}
+
+void CGain::ProcessContiguousMono(int samples, int rampOrders) {
+    const float* input = m_Cursors.m_Inputs[0];
+    float* output = m_Cursors.m_Outputs[0];
+    auto [gain, first, second] = m_Gain;
+    if (rampOrders == 0) {
+        for (int i = 0; i < samples; ++i)
+            output[i] = Scale(gain, input[i]);
+        return;
+    }
+    for (int i = 0; i < samples; ++i) {
+        output[i] = Scale(gain, input[i]);
+        if (rampOrders > 1)
+            first *= second;
+        gain *= first;
+    }
+    m_Gain = {gain, first, second};
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -38,6 +38,8 @@ private:
     // Returns the number of orders.
     int SetRamp(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
     void ProcessFrames(int samples, int rampOrders) LATHE_REALTIME;
+    // The same to the bit, with the gain in a register.
+    void ProcessContiguousMono(int samples, int rampOrders) LATHE_REALTIME;
 
     CChannelCursors m_Cursors;
     int m_InputChannels;
