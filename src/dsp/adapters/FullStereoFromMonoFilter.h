@@ -69,10 +69,10 @@ private:
     bool RunChannel(const CFilterProcessData& data, CFilterPropertiesVariationsAdapter& variations,
                     F& filter, int channel, TRun run) LATHE_REALTIME {
         // Silence may come without inputs.
-        const bool hasInput = data.m_pInputs && data.m_pInputs->GetCount() > channel &&
-                              this->m_ProcessInfo.GetInputs().GetCount() > channel;
-        const bool hasOutput = data.m_pOutputs && data.m_pOutputs->GetCount() > channel &&
-                               this->m_ProcessInfo.GetOutputs().GetCount() > channel;
+        const bool hasInput =
+            this->m_Inputs > channel && data.m_pInputs && data.m_pInputs->GetCount() > channel;
+        const bool hasOutput =
+            this->m_Outputs > channel && data.m_pOutputs && data.m_pOutputs->GetCount() > channel;
         const CConstAudioStreamToStreams input(hasInput ? &data.m_pInputs->GetElement(channel)
                                                         : nullptr);
         CAudioStreamToStreams output(hasOutput ? &data.m_pOutputs->GetElement(channel) : nullptr,

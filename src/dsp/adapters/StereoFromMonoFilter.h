@@ -145,6 +145,9 @@ private:
 
 protected:
     CProcessInfo m_ProcessInfo;
+    // Channels of both instances together.
+    int m_Inputs = m_ProcessInfo.GetInputs().GetCount();
+    int m_Outputs = m_ProcessInfo.GetOutputs().GetCount();
     COutputDataSyncMux m_OutputDataSync;
     CFilterPropertiesVariationsAdapter m_SilenceVariations;
     CFilterPropertiesVariationsAdapter m_ProcessVariations;
