@@ -14,8 +14,8 @@ const Runtime::CFactoryRegistration<Algorithm::CBiquadPhaseShift, Math::IFunctio
 
 } // namespace Lathe::Audio::DSP
 
-// Whoever links this library asks for this symbol, and so keeps the registrations above.
+// Whoever links this library asks the linker for this symbol, and so keeps the registrations above.
 extern "C" {
-extern const int lathe_dsp_registration;
-const int lathe_dsp_registration = 1;
+extern const char LatheDSPRegistration;
+const char LatheDSPRegistration = 0;
 }

@@ -4,7 +4,6 @@
 #include "core/Realtime.h"
 #include "core/ownership/Ownership.h"
 #include "math/Function.h"
-#include "serialization/DataStream.h"
 
 namespace Lathe::Math {
 

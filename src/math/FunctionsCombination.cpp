@@ -1,5 +1,7 @@
 #include "math/FunctionsCombination.h"
 
+#include "serialization/DataStream.h"
+
 namespace Lathe::Math {
 
 namespace {

@@ -1,26 +1,12 @@
 #include "math/FunctionsLibrary.h"
 
-#include <algorithm>
+#include "core/SaturatingCast.h"
+
 #include <cmath>
-#include <limits>
 
 namespace Lathe::Math::FunctionsLibrary {
 
 namespace {
-
-const double Ln2 = std::log(2.0);
-const double Ln11 = std::log(11.0);
-const double Ln101 = std::log(101.0);
-const double Ln1001 = std::log(1001.0);
-
-// To the nearest end beyond the range of an int, and to 0 for NaN, where a plain conversion would
-// be undefined.
-int Truncate(double x) {
-    if (std::isnan(x))
-        return 0;
-    return static_cast<int>(
-        std::clamp<double>(x, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
-}
 
 bool IsTrue(double x) {
     return x != 0.0;
@@ -87,32 +73,32 @@ double Ceil(double x) LATHE_REALTIME {
     return std::ceil(x);
 }
 double Round(double x) LATHE_REALTIME {
-    return Truncate(x > 0.0 ? x + 0.5 : x - 0.5);
+    return Core::TruncateToInt(x > 0.0 ? x + 0.5 : x - 0.5);
 }
 
 double NormLog(double x) LATHE_REALTIME {
-    return std::log(x + 1.0) / Ln2;
+    return std::log(x + 1.0) / std::log(2.0);
 }
 double NormExp(double x) LATHE_REALTIME {
-    return std::exp(x * Ln2) - 1.0;
+    return std::exp(x * std::log(2.0)) - 1.0;
 }
 double NormLog1(double x) LATHE_REALTIME {
-    return std::log(10.0 * x + 1.0) / Ln11;
+    return std::log(10.0 * x + 1.0) / std::log(11.0);
 }
 double NormExp1(double x) LATHE_REALTIME {
-    return (std::exp(x * Ln11) - 1.0) * 0.1;
+    return (std::exp(x * std::log(11.0)) - 1.0) * 0.1;
 }
 double NormLog2(double x) LATHE_REALTIME {
-    return std::log(100.0 * x + 1.0) / Ln101;
+    return std::log(100.0 * x + 1.0) / std::log(101.0);
 }
 double NormExp2(double x) LATHE_REALTIME {
-    return (std::exp(x * Ln101) - 1.0) * 0.01;
+    return (std::exp(x * std::log(101.0)) - 1.0) * 0.01;
 }
 double NormLog3(double x) LATHE_REALTIME {
-    return std::log(1000.0 * x + 1.0) / Ln1001;
+    return std::log(1000.0 * x + 1.0) / std::log(1001.0);
 }
 double NormExp3(double x) LATHE_REALTIME {
-    return (std::exp(x * Ln1001) - 1.0) * 0.001;
+    return (std::exp(x * std::log(1001.0)) - 1.0) * 0.001;
 }
 
 double X(double x, double) LATHE_REALTIME {
@@ -149,9 +135,9 @@ double Module(double x, double y) LATHE_REALTIME {
     return std::sqrt(x * x + y * y);
 }
 double Modulo(double x, double y) LATHE_REALTIME {
-    const int divisor = Truncate(y);
+    const int divisor = Core::TruncateToInt(y);
     // A divisor of -1 leaves no remainder, and would overflow on the smallest integer.
-    return divisor == 0 || divisor == -1 ? 0 : Truncate(x) % divisor;
+    return divisor == 0 || divisor == -1 ? 0 : Core::TruncateToInt(x) % divisor;
 }
 double Distance(double x, double y) LATHE_REALTIME {
     return std::fabs(x - y);

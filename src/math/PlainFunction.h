@@ -14,13 +14,13 @@ namespace Lathe::Math {
 using PlainFunction = double (*)(double);
 using PlainBinaryFunction = double (*)(double, double);
 
-// Stored trees hold these ids, so none of them changes.
 template <class TFunctionPointer>
 struct SFunctionClassId {
     TFunctionPointer m_Function;
     const char* m_ClassId;
 };
 
+// Stored trees hold these ids, so none of them changes.
 inline constexpr SFunctionClassId<PlainFunction> FunctionClassIds[] = {
     {FunctionsLibrary::Identity, "{83A9F6B1-2360-44f2-9EA2-C0A75A47A554}"},
     {FunctionsLibrary::Negate, "{69196412-EAD8-45aa-B0F6-BD128B2E5E8E}"},

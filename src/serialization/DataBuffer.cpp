@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 namespace Lathe::Serialization {
 
@@ -196,10 +197,14 @@ bool CDataBuffer::DeSerialize(const IReadDataStream& input) {
         SetBytes(static_cast<EDataType>(type), data, size);
         return true;
     }
-    if (input.IsIncremental())
-        return true;
-    Clear();
-    return false;
+    if (!input.IsIncremental()) {
+        Clear();
+        return false;
+    }
+    // The same bytes under another type are no change of the value.
+    if (m_Type != EDataType::Object)
+        m_Type = static_cast<EDataType>(type);
+    return true;
 }
 
 } // namespace Lathe::Serialization

@@ -2,8 +2,11 @@
 
 #include "core/text/CharString.h"
 #include "serialization/CollectionSerializers.h"
+#include "serialization/ObjectProbe.h"
+#include "serialization/StreamValue.h"
 
-#include <memory>
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -14,6 +17,11 @@ namespace {
 constexpr const char* CountKey = "ItemsCount";
 constexpr const char* NameKey = "ItemName";
 constexpr const char* ItemKey = "Item";
+
+template <class T>
+bool ReadNumber(const CDataBuffer* buffer, T* value, bool (CDataBuffer::*get)(T&) const) {
+    return buffer && value && (buffer->*get)(*value);
+}
 
 } // namespace
 
@@ -27,23 +35,19 @@ const CDataBuffer* CMemDataObject::Find(const char* name) const {
 }
 
 bool CMemDataObject::ReadBool(const char* name, bool* value) const {
-    const CDataBuffer* buffer = Find(name);
-    return buffer && value && buffer->GetBool(*value);
+    return ReadNumber(Find(name), value, &CDataBuffer::GetBool);
 }
 
 bool CMemDataObject::ReadInt(const char* name, int* value) const {
-    const CDataBuffer* buffer = Find(name);
-    return buffer && value && buffer->GetInt(*value);
+    return ReadNumber(Find(name), value, &CDataBuffer::GetInt);
 }
 
 bool CMemDataObject::ReadFloat(const char* name, float* value) const {
-    const CDataBuffer* buffer = Find(name);
-    return buffer && value && buffer->GetFloat(*value);
+    return ReadNumber(Find(name), value, &CDataBuffer::GetFloat);
 }
 
 bool CMemDataObject::ReadDouble(const char* name, double* value) const {
-    const CDataBuffer* buffer = Find(name);
-    return buffer && value && buffer->GetDouble(*value);
+    return ReadNumber(Find(name), value, &CDataBuffer::GetDouble);
 }
 
 bool CMemDataObject::ReadString(const char* name, char** value) const {
@@ -73,32 +77,28 @@ bool CMemDataObject::ReadObject(const char* name, IDeSerialize& object) const {
     return buffer && buffer->GetObject(nested) && object.DeSerialize(*nested);
 }
 
-bool CMemDataObject::WriteBool(const char* name, const bool* value) {
+template <class T>
+bool CMemDataObject::WriteNumber(const char* name, const T* value, void (CDataBuffer::*set)(T)) {
     if (!name || !value)
         return false;
-    GetBuffer(name).SetBool(*value);
+    (GetBuffer(name).*set)(*value);
     return true;
+}
+
+bool CMemDataObject::WriteBool(const char* name, const bool* value) {
+    return WriteNumber(name, value, &CDataBuffer::SetBool);
 }
 
 bool CMemDataObject::WriteInt(const char* name, const int* value) {
-    if (!name || !value)
-        return false;
-    GetBuffer(name).SetInt(*value);
-    return true;
+    return WriteNumber(name, value, &CDataBuffer::SetInt);
 }
 
 bool CMemDataObject::WriteFloat(const char* name, const float* value) {
-    if (!name || !value)
-        return false;
-    GetBuffer(name).SetFloat(*value);
-    return true;
+    return WriteNumber(name, value, &CDataBuffer::SetFloat);
 }
 
 bool CMemDataObject::WriteDouble(const char* name, const double* value) {
-    if (!name || !value)
-        return false;
-    GetBuffer(name).SetDouble(*value);
-    return true;
+    return WriteNumber(name, value, &CDataBuffer::SetDouble);
 }
 
 bool CMemDataObject::WriteString(const char* name, const char* value) {
@@ -132,36 +132,49 @@ void CMemDataObject::Clear() {
     m_Values.clear();
 }
 
+std::vector<std::string> CMemDataObject::GetSortedNames() const {
+    std::vector<std::string> names;
+    for (const auto& value : m_Values)
+        names.push_back(value.first);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 bool CMemDataObject::Serialize(IWriteDataStream& output) const {
-    const int count = static_cast<int>(m_Values.size());
+    const std::vector<std::string> names = GetSortedNames();
+    const int count = static_cast<int>(names.size());
     bool result = output.WriteInt(CountKey, &count);
     int i = 0;
-    for (const auto& [name, buffer] : m_Values) {
+    for (const std::string& name : names) {
         result &= output.WriteString(MakeElementName(NameKey, i).c_str(), name.c_str());
-        result &= output.WriteObject(MakeElementName(ItemKey, i).c_str(), buffer);
+        result &= output.WriteObject(MakeElementName(ItemKey, i).c_str(), m_Values.at(name));
         ++i;
     }
     return result;
 }
 
 bool CMemDataObject::DeSerialize(const IReadDataStream& input) {
-    if (!input.IsIncremental())
-        Clear();
-    int count = 0;
-    bool result = input.ReadInt(CountKey, &count) || input.IsIncremental();
+    const bool incremental = input.IsIncremental();
+    const std::vector<std::string> names =
+        incremental ? GetSortedNames() : std::vector<std::string>();
+    CMemDataObject before;
+    m_Values.swap(before.m_Values);
+    const int presentCount = static_cast<int>(names.size());
+    int count = presentCount;
+    bool result = input.ReadInt(CountKey, &count) || incremental;
     for (int i = 0; i < count; ++i) {
-        char* name = nullptr;
-        if (!input.ReadString(MakeElementName(NameKey, i).c_str(), &name)) {
-            if (input.IsIncremental())
-                continue;
-            return false;
-        }
-        const std::unique_ptr<char[]> owner(name);
+        std::string name;
         CDataBuffer buffer;
-        if (input.ReadObject(MakeElementName(ItemKey, i).c_str(), buffer))
+        if (i < presentCount) {
+            name = names[static_cast<std::size_t>(i)];
+            buffer = std::move(before.m_Values[name]);
+        }
+        if (!ReadValue(input, MakeElementName(NameKey, i).c_str(), name) && i >= presentCount)
+            return false;
+        if (ReadObjectOrKeep(input, MakeElementName(ItemKey, i).c_str(), buffer))
             m_Values[name] = std::move(buffer);
         else
-            result = input.IsIncremental() && result;
+            result = false;
     }
     return result;
 }

@@ -9,6 +9,7 @@
 #include <functional>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace Lathe::Serialization {
 
@@ -40,15 +41,20 @@ public:
     // The same names with equal values.
     bool operator==(const CMemDataObject& other) const { return m_Values == other.m_Values; }
 
-    // "ItemsCount", then "ItemName" and "Item" with the index of each, in no order.
+    // "ItemsCount", then "ItemName" and "Item" with the index of each. Sorted by name, because the
+    // order of the map changes when it is filled anew, and an incremental stream tells items apart
+    // by their index alone.
     bool Serialize(IWriteDataStream& output) const override;
-    // Replaces what is there, up to the first item that is missing, whatever the count says. An
-    // incremental stream sets the items that it names.
+    // Replaces what is there, up to the first name that is missing, whatever the count says. An
+    // incremental stream changes what it holds of each item.
     bool DeSerialize(const IReadDataStream& input) override;
 
 private:
     const CDataBuffer* Find(const char* name) const;
     CDataBuffer& GetBuffer(const char* name) { return m_Values[name]; }
+    std::vector<std::string> GetSortedNames() const;
+    template <class T>
+    bool WriteNumber(const char* name, const T* value, void (CDataBuffer::*set)(T));
 
     std::unordered_map<std::string, CDataBuffer, Containers::CNameHash, std::equal_to<>> m_Values;
 };

@@ -5,6 +5,7 @@
 #include "serialization/DataStream.h"
 
 #include <memory>
+#include <string>
 
 namespace Lathe::Serialization {
 
@@ -45,6 +46,13 @@ inline bool ReadValue(const IReadDataStream& input, const char* name, Core::CCha
         return false;
     const std::unique_ptr<char[]> owner(text);
     value = text;
+    return true;
+}
+inline bool ReadValue(const IReadDataStream& input, const char* name, std::string& value) {
+    Core::CCharString text;
+    if (!ReadValue(input, name, text))
+        return false;
+    value = text.GetText();
     return true;
 }
 

@@ -1,8 +1,7 @@
 #include "serialization/TypedObject.h"
 
 #include "serialization/Base64.h"
-
-#include <memory>
+#include "serialization/StreamValue.h"
 
 namespace Lathe::Serialization {
 
@@ -10,15 +9,6 @@ namespace {
 
 constexpr const char* IsNullKey = "isNull";
 constexpr const char* TypeKey = "type";
-
-bool ReadType(const IReadDataStream& input, std::string& type) {
-    char* text = nullptr;
-    if (!input.ReadString(TypeKey, &text))
-        return false;
-    const std::unique_ptr<char[]> owner(text);
-    type = text ? text : "";
-    return true;
-}
 
 } // namespace
 
@@ -59,7 +49,7 @@ STypeHeader ReadTypeHeader(const IReadDataStream& input) {
     header.m_Valid = hasIsNull || input.IsIncremental();
     if (!header.m_Valid || header.m_IsNull)
         return header;
-    header.m_HasType = ReadType(input, header.m_Type);
+    header.m_HasType = ReadValue(input, TypeKey, header.m_Type);
     header.m_Valid = header.m_HasType || input.IsIncremental();
     return header;
 }
@@ -69,7 +59,7 @@ bool CTypeDeSerializerTester::DeSerialize(const IReadDataStream& input) {
     std::string type;
     m_Incremental = input.IsIncremental();
     m_HasIsNull = input.ReadBool(IsNullKey, &isNull);
-    m_HasType = ReadType(input, type);
+    m_HasType = ReadValue(input, TypeKey, type);
     return true;
 }
 

@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -116,7 +117,10 @@ const char* CXmlBaseDataObject::FindText(const char* name) const {
     return child ? GetNodeText(*child) : nullptr;
 }
 
-TiXmlElement& CXmlBaseDataObject::AppendChild(const char* tag, const char* name) {
+TiXmlElement& CXmlBaseDataObject::ReplaceChild(const char* tag, const char* name) {
+    // A document written elsewhere may hold several, and a reader would find the first.
+    while (HasValue(name))
+        RemoveValue(name);
     auto child = std::make_unique<TiXmlElement>(m_Format == XmlTyped ? tag : name);
     if (m_Format == XmlTyped)
         child->SetAttribute(NameAttribute, name);
@@ -132,8 +136,7 @@ bool CXmlBaseDataObject::WriteText(const char* tag, const char* name, const std:
         m_Element->SetAttribute(name, text.c_str());
         return true;
     }
-    RemoveValue(name);
-    TiXmlElement& child = AppendChild(tag, name);
+    TiXmlElement& child = ReplaceChild(tag, name);
     if (!text.empty())
         child.LinkEndChild(MakeTextNode(text).release());
     return true;
@@ -224,8 +227,7 @@ bool CXmlBaseDataObject::WriteData(const char* name, const void* data, int size)
 bool CXmlBaseDataObject::WriteObject(const char* name, const ISerialize& object) {
     if (!CanHoldName(name))
         return false;
-    RemoveValue(name);
-    CXmlBaseDataObject view(&AppendChild(ObjectTag, name), m_Format);
+    CXmlBaseDataObject view(&ReplaceChild(ObjectTag, name), m_Format);
     return object.Serialize(view);
 }
 
@@ -291,18 +293,13 @@ bool CXmlDataObject::Parse(const char* text, int length) {
 bool CXmlDataObject::ParseText(std::string text) {
     constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
     // Blanks in text nodes belong to the values. The switch is one for the process.
-    static const bool keepsBlanks = [] {
-        TiXmlBase::SetCondenseWhiteSpace(false);
-        return !TiXmlBase::IsWhiteSpaceCondensed();
-    }();
+    static std::once_flag keepBlanks;
+    std::call_once(keepBlanks, TiXmlBase::SetCondenseWhiteSpace, false);
     text.resize(std::strlen(text.c_str()));
-    // The parser would keep the mark, and write it.
     if (text.starts_with(Utf8Mark))
         text.erase(0, Utf8Mark.size());
-    const std::size_t begin = text.find_first_not_of(" \t\r\n");
-    text.erase(0, begin == std::string::npos ? text.size() : begin);
 
-    bool loaded = keepsBlanks && IsLoadableXml(text);
+    bool loaded = IsLoadableXml(text);
     if (loaded) {
         // A text that says it is UTF-8 and isn't is read by single bytes, which keeps them all.
         const TiXmlEncoding encoding =
@@ -324,12 +321,13 @@ std::string CXmlDataObject::Print() const {
 }
 
 bool CXmlDataObject::Save(const char* path) const {
-    const File file{path ? std::fopen(path, "w") : nullptr};
+    const std::string text = Print();
+    File file{path ? std::fopen(path, "w") : nullptr};
     if (!file)
         return false;
-    const std::string text = Print();
-    std::fwrite(text.data(), 1, text.size(), file.get());
-    return true;
+    const bool written = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
+    // Most of the text reaches the disk only now.
+    return std::fclose(file.release()) == 0 && written;
 }
 
 bool CXmlDataObject::GetText(char*& text) const {

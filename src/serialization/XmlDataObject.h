@@ -66,7 +66,8 @@ private:
     TiXmlElement* FindChild(const char* name) const;
     // Null when there is no such value.
     const char* FindText(const char* name) const;
-    TiXmlElement& AppendChild(const char* tag, const char* name);
+    // A new child in place of all values of that name.
+    TiXmlElement& ReplaceChild(const char* tag, const char* name);
     bool WriteText(const char* tag, const char* name, const std::string& text);
     template <class T>
     bool ReadNumber(const char* name, T* value) const;
@@ -101,7 +102,8 @@ public:
     // exist, isn't well-formed, or is refused for its size (XmlText.h) gives false and an empty
     // document.
     bool Load(const char* path);
-    // False if the file can't be opened.
+    // False if the file can't be opened, or can't be written to its end, as on a full disk; what it
+    // held before is lost then.
     bool Save(const char* path) const;
     // As Load. The text ends at the length or at the first zero.
     bool Parse(const char* text, int length);

@@ -1,8 +1,11 @@
-// Proves what values look like as text, what is read back from text, that a host's locale changes
-// neither, and that no format, value or text runs into undefined behaviour.
+// Proves what values look like as text and what is read back from text, that a host's locale
+// changes neither, that no format, value or text runs into undefined behaviour, and that positions
+// and values are inverse to each other.
 
-#include "datamodel/EventCounter.h"
+#include "datamodel/Journal.h"
 #include "datamodel/objects/text/EnumToText.h"
+#include "datamodel/objects/text/LogPositionMapper.h"
+#include "datamodel/objects/text/NumberPrinter.h"
 #include "datamodel/objects/text/ParamDataToText.h"
 #include "datamodel/objects/text/ParamTextEnumValueBuilderString.h"
 #include "datamodel/objects/text/TextParser.h"
@@ -12,323 +15,224 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
+#include <functional>
 #include <memory>
+#include <sstream>
 #include <string>
 
 namespace Lathe::DataModel::Objects {
 
 namespace {
 
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double Untouched = -12345.5;
+using enum EParamType;
+using Numbers = std::initializer_list<double>;
+using Words = std::initializer_list<const char*>;
 
-std::string Text(const IParamValueToText& conversion, double value) {
-    const std::unique_ptr<char[]> text(conversion.ToText(value));
-    return text.get();
-}
-
-// The clone of each conversion says the same as the original.
-void CheckText(const IParamValueToText& conversion, double value, const std::string& expected) {
+// The texts of the values, each with a bar behind it; a clone says the same.
+std::string ToText(const IParamValueToText& conversion, Numbers values) {
     const std::unique_ptr<IParamValueToText> clone(conversion.Clone());
-    EXPECT_EQ(Text(conversion, value), expected) << value;
-    EXPECT_EQ(Text(*clone, value), expected) << value << " by the clone";
-}
-
-// Untouched as expected value means that the text can't be read.
-void CheckRead(const IParamValueToText& conversion, const char* text, double expected) {
-    double value = Untouched;
-    EXPECT_EQ(conversion.FromText(text, &value), expected != Untouched) << text;
-    EXPECT_EQ(value, expected) << text;
-}
-
-TEST(ParamConstrain, RoundsAndSnapsWithoutClamping) {
-    struct {
-        double m_Value, m_Integer, m_Switch;
-    } const cases[] = {
-        // In the range from -1 to 3, whose centre is 1.
-        {-0.5, -1.0, -1.0}, {0.5, 1.0, -1.0},   {-0.4, 0.0, -1.0},         {0.0, 0.0, -1.0},
-        {1.0, 1.0, -1.0},   {1.001, 1.0, 3.0},  {2.5, 3.0, 3.0},           {-2.5, -3.0, -1.0},
-        {100.4, 100, 3.0},  {-7.6, -8.0, -1.0}, {Infinity, Infinity, 3.0},
-    };
-    for (const auto& row : cases) {
-        EXPECT_EQ(ParamConstrain(row.m_Value, -1, 3, EParamType::Integer), row.m_Integer);
-        EXPECT_EQ(ParamConstrain(row.m_Value, -1, 3, EParamType::Boolean), row.m_Switch);
-        EXPECT_EQ(ParamConstrain(row.m_Value, -1, 3, EParamType::Reserved), row.m_Switch);
-        EXPECT_EQ(ParamConstrain(row.m_Value, -1, 3, EParamType::Float), row.m_Value);
-        EXPECT_EQ(ParamConstrain(row.m_Value, -1, 3, EParamType(17)), row.m_Value);
+    std::string all, again;
+    for (const double value : values) {
+        const std::unique_ptr<char[]> text(conversion.ToText(value)), copy(clone->ToText(value));
+        all.append(text.get()) += '|';
+        again.append(copy.get()) += '|';
     }
-    EXPECT_TRUE(std::isnan(ParamConstrain(NotANumber, -1, 3, EParamType::Integer)));
+    EXPECT_EQ(all, again);
+    return all;
 }
 
-TEST(ParamType, IsFoundByItsKeyword) {
-    EXPECT_EQ(GetParamType("boolean"), EParamType::Boolean);
-    EXPECT_EQ(GetParamType("integer"), EParamType::Integer);
-    EXPECT_EQ(GetParamType("enumeration"), EParamType::Integer);
-    for (const char* word : {"Boolean", "float", "", static_cast<const char*>(nullptr)})
-        EXPECT_EQ(GetParamType(word), EParamType::Float);
+using Pairs = std::initializer_list<std::pair<double, double>>;
+
+// Values and the positions that they have; then positions and the values that they give.
+void CheckMapper(const IParamPositionMapper& mapper, Pairs positions, Pairs values) {
+    for (const auto& [value, position] : positions)
+        EXPECT_DOUBLE_EQ(mapper.ValueToPosition(value), position) << value;
+    for (const auto& [position, value] : values)
+        EXPECT_DOUBLE_EQ(mapper.PositionToValue(position), value) << position;
 }
 
-// What one text reads as, by type; Untouched where it can't be read.
-struct SReadCase {
-    const char* m_Text;
-    double m_Float, m_Integer, m_Switch;
-};
+// What is read, with bars; "nan" where nothing is.
+std::string Read(const std::function<bool(const char*, double*)>& read, Words texts) {
+    std::ostringstream all;
+    for (const char* text : texts) {
+        double value = NAN;
+        const bool done = read(text, &value);
+        EXPECT_NE(done, std::isnan(value)) << all.str();
+        all << value << '|';
+    }
+    return all.str();
+}
+std::string Read(const IParamValueToText& conversion, Words texts) {
+    return Read([&](auto text, auto value) { return conversion.FromText(text, value); }, texts);
+}
+std::string Read(EParamType type, Words texts) {
+    return Read([&](auto text, auto value) { return ParseParamText(text, type, value); }, texts);
+}
 
-constexpr SReadCase ReadCases[] = {
-    {"12.5 dB", 12.5, 12, 12},
-    {"+6", 6, 6, 6},
-    {" \t-3e2x", -300, -3, -3},
-    {".5", 0.5, Untouched, Untouched},
-    {"1,5", 1, 1, 1},
-    {"0x10", 16, 0, 0},
-    {"inf", Infinity, Untouched, Untouched},
-    {"true", Untouched, Untouched, 1},
-    {"yes", Untouched, Untouched, 1},
-    {"false", Untouched, Untouched, 0},
-    {"no", Untouched, Untouched, 0},
-    {"True", Untouched, Untouched, Untouched},
-    {"yes ", Untouched, Untouched, Untouched},
-    {"", Untouched, Untouched, Untouched},
-    {"- 1", Untouched, Untouched, Untouched},
-    {"dB", Untouched, Untouched, Untouched},
-    {nullptr, Untouched, Untouched, Untouched},
-};
-
-void CheckParse(const char* text, EParamType type, double expected) {
-    double value = Untouched;
-    EXPECT_EQ(ParseParamText(text, type, &value), expected != Untouched) << (text ? text : "null");
-    EXPECT_EQ(value, expected) << (text ? text : "null");
+TEST(ParamType, RoundsAndSnapsWithoutClamping) {
+    // In the range from -1 to 3, whose centre is 1.
+    const auto constrain = [](EParamType type, Numbers values) {
+        std::ostringstream all;
+        for (const double value : values)
+            all << ParamConstrain(value, -1, 3, type) << '|';
+        return all.str();
+    };
+    EXPECT_EQ(constrain(Integer, {-0.5, 0.5, 0, 1.4, -2.5, 100.4, HUGE_VAL, NAN}),
+              "-1|1|0|1|-3|100|inf|nan|");
+    for (const EParamType type : {Boolean, Reserved})
+        EXPECT_EQ(constrain(type, {-9, 1, 1.001, 9, NAN}), "-1|-1|3|3|-1|");
+    EXPECT_EQ(constrain(Float, {-9, 0.3, 9}), "-9|0.3|9|");
+    EXPECT_TRUE(GetParamType("boolean") == Boolean && GetParamType("enumeration") == Integer);
+    EXPECT_TRUE(GetParamType("Boolean") == Float && GetParamType(nullptr) == Float);
 }
 
 TEST(TextParser, TakesTheLongestNumberOfTheType) {
-    for (const SReadCase& row : ReadCases) {
-        CheckParse(row.m_Text, EParamType::Float, row.m_Float);
-        CheckParse(row.m_Text, EParamType(-1), row.m_Float);
-        CheckParse(row.m_Text, EParamType::Integer, row.m_Integer);
-        CheckParse(row.m_Text, EParamType::Boolean, row.m_Switch);
-        CheckParse(row.m_Text, EParamType::Reserved, row.m_Switch);
-    }
-    double value = 0.0;
-    EXPECT_TRUE(ParseParamText(std::string(5000, '9').c_str(), EParamType::Integer, &value));
-    EXPECT_GT(value, 2e9);
+    const Words texts = {"12.5 dB", " \t-3e2x", ".5", "1,5", "0x10", "- 1", "", nullptr};
+    const Words words = {"true", "yes", "false", "no", "Yes", "no "};
+    for (const EParamType type : {Float, EParamType(-1), EParamType(4)})
+        EXPECT_EQ(Read(type, texts), "12.5|-300|0.5|1|16|nan|nan|nan|");
+    for (const EParamType type : {Integer, Boolean, Reserved})
+        EXPECT_EQ(Read(type, texts), "12|-3|nan|1|0|nan|nan|nan|");
+    EXPECT_EQ(Read(Integer, words), "nan|nan|nan|nan|nan|nan|");
+    EXPECT_EQ(Read(Boolean, words), "1|1|0|0|nan|nan|");
+    EXPECT_EQ(Read(Reserved, words), "1|1|0|0|nan|nan|");
+    EXPECT_EQ(Read(Integer, {std::string(5000, '9').c_str()}), "9.22337e+18|");
 }
 
 TEST(ParamValueToText, ExpandsItsPattern) {
     struct {
         const char *m_Pattern, *m_Text;
     } const cases[] = {
-        {"{value}", "1.0"},
-        {"{{{value}}}", "{1.0}}"},
-        {"{value} {nothing}", "1.0 {nothing}"},
-        {"a}b", "a}b"},
-        {"{value", "{value"},
-        {"{value}{value", "1.0{value"},
-        {"{a{value}", "{a{value}"},
-        {"{{value}", "{value}"},
-        {"{{{{", "{{"},
-        {"{Value}{}", "{Value}{}"},
-        {"{unit}{text_value}", "{unit}{text_value}"},
-        {"%d {value}%n", "%d 1.0%n"},
-        {"", ""},
-        {nullptr, ""},
+        {"{{{value}}}", "{1.0}}|"},
+        {"{value} {nothing}{}", "1.0 {nothing}{}|"},
+        {"a}b{value}{value", "a}b1.0{value|"},
+        {"{a{value}{{value}", "{a{value}{value}|"},
+        {"{a{{b{{", "{a{b{|"},
+        {"{unit}%n", "{unit}%n|"},
+        {nullptr, "|"},
     };
     for (const auto& row : cases)
-        CheckText(CParamValueToText("%.1f", false, row.m_Pattern), 1.0, row.m_Text);
+        EXPECT_EQ(ToText(CParamValueToText("%.1f", false, row.m_Pattern), {1.0}), row.m_Text);
 }
 
-struct SNumberCase {
-    const char* m_Format;
-    bool m_Prefix;
-    int m_Digits;
-    bool m_DropZeros, m_Space;
-    double m_Value;
-    std::string m_Text;
-};
-
-TEST(ParamValueToText, PrintsItsNumber) {
-    const SNumberCase cases[] = {
-        {"%+.1f", false, -1, false, false, 3.0, "+3.0"},
-        {"%.1f", true, -1, false, false, 22000.0, "22.0k"},
-        {"%.1f", true, -1, false, false, 0.0, "0.0"},
-        {"%.1f", true, -1, false, false, -22000.0, "-22000.0"},
-        {"%g", true, -1, false, false, 0.002, "0.002"},
-        {"%.3f", true, -1, false, false, 0.001, "1.000m"},
-        {"%g", true, -1, false, false, 2.5e-6, "0.0025m"},
-        {"%g", true, -1, false, false, 2.5e-7, "0.25\xB5"},
-        {"%.0f", true, -1, false, false, 1e-9, "1p"},
-        {"%.0f", true, -1, false, false, 1e12, "1T"},
-        {"%.0f", true, -1, false, false, 5e6, "5M"},
-        {"%.0f", true, -1, false, false, 5e9, "5G"},
-        {"%g", true, -1, false, false, 1e15, "1e+15"},
-        {"%g", true, -1, false, false, 1e-12, "1e-12"},
-        {"%g", true, -1, false, false, Infinity, "inf"},
-        {"%.2f", false, -1, true, true, 10.5, "10.5 "},
-        {"%.2f", false, -1, true, true, 100.0, "100 "},
-        {"%.0f", false, -1, true, true, 100.0, "100 "},
-        {"%.2f", true, -1, true, true, 1500.0, "1.5 k"},
-        {"%.2f", false, -1, true, false, 0.0, "0"},
-        {"%g", false, 3, false, false, 0.05, "0.05"},
-        {"%g", false, 3, false, false, 0.012345, "0.012"},
-        {"%g", false, 3, false, false, -123456.0, "-123000"},
-        {"%g", false, 2, false, false, 0.0, "0"},
-        {"%g", false, 0, false, false, 1.2345, "1.2345"},
-        {"%.1f", true, 2, false, false, 22345.0, "22.0k"},
-        {"%g", false, 3, false, false, 5e-324, "4.94066e-324"},
-        {"%g", false, 3, false, false, -Infinity, "-inf"},
-        {"%300.2f", false, -1, false, false, 1.0, std::string(296, ' ') + "1.00"},
-        {"%.0f", false, -1, false, false, 1e300, PrintNumber("%.0f", 1e300)},
-        {"", false, -1, true, false, 1.0, ""},
-    };
-    for (const SNumberCase& row : cases) {
-        CParamValueToText conversion(row.m_Format, row.m_Prefix, "{value}");
-        conversion.SetSignificantDigits(row.m_Digits);
-        conversion.SetDropTrailingZeros(row.m_DropZeros);
-        conversion.SetSpaceBeforePrefix(row.m_Space);
-        CheckText(conversion, row.m_Value, row.m_Text);
-    }
-    EXPECT_EQ(PrintNumber("%.0f", 1e300).size(), 301u);
+TEST(ParamValueToText, ScalesRoundsAndCutsItsNumber) {
+    CParamValueToText prefix("%g", true, "{value}");
+    EXPECT_EQ(ToText(prefix, {22000, 5e6, 5e9, 1e12, 1e15, 0, -22000, HUGE_VAL}),
+              "22k|5M|5G|1T|1e+15|0|-22000|inf|");
+    EXPECT_EQ(ToText(prefix, {0.002, 0.001, 2.5e-6, 2.5e-7, 1e-9, 1e-12}),
+              "0.002|1m|0.0025m|0.25\xB5|1p|1e-12|");
+    CParamValueToText digits("%g", false, "{value}");
+    digits.SetSignificantDigits(3);
+    EXPECT_EQ(ToText(digits, {0.05, 0.012345, -123456, 0, 5e-324, -HUGE_VAL}),
+              "0.05|0.012|-123000|0|4.94066e-324|-inf|");
+    CParamValueToText zeros("%.2f", true, "{value}");
+    zeros.SetDropTrailingZeros(true);
+    zeros.SetSpaceBeforePrefix(true);
+    EXPECT_EQ(ToText(zeros, {10.5, 100, 1500, 0}), "10.5 |100 |1.5 k|0 |");
+    zeros.SetFormat("%.0f");
+    EXPECT_EQ(ToText(zeros, {100}), "100 |");
 }
 
-TEST(PrintNumber, TrustsNoFormat) {
+TEST(NumberPrinter, TrustsNoFormat) {
     for (const char* format : {"%2147483647f", "%.1000f", "%s", "%n", "%d", "%*f", "%1.2.3f", "%Lf",
                                "%f%f", "%", "%5", "%1$f"})
         EXPECT_EQ(PrintNumber(format, 1.5), "1.50") << format;
     EXPECT_EQ(PrintNumber("a%%b%-+6.1fc", 1.5), "a%b+1.5  c");
-    EXPECT_EQ(PrintNumber("none", 1.5), "none");
     EXPECT_EQ(PrintNumber("%999.999f", 1e308).size(), 309u + 1 + 999);
 }
 
 TEST(ParamValueToText, FiresOncePerRealChange) {
     CParamValueToText conversion("%.1f", false, "{value}");
-    CEventCounter changed(conversion.GetChangedEvent());
-    const auto check = [&](auto setter, auto present, auto other) {
-        (conversion.*setter)(present);
-        EXPECT_EQ(changed.Take(), 0);
-        (conversion.*setter)(other);
-        (conversion.*setter)(other);
-        EXPECT_EQ(changed.Take(), 1);
-    };
-    check(&CParamValueToText::SetFormat, "%.1f", "%.2f");
-    check(&CParamValueToText::SetPattern, "{value}", "{value}!");
-    check(&CParamValueToText::SetMetricPrefix, false, true);
-    check(&CParamValueToText::SetSignificantDigits, -1, 2);
-    check(&CParamValueToText::SetDropTrailingZeros, false, true);
-    check(&CParamValueToText::SetSpaceBeforePrefix, false, true);
-    const std::unique_ptr<CParamValueToText> clone(conversion.Clone());
-    clone->SetFormat("%g");
-    EXPECT_EQ(changed.Take(), 0) << "a clone has listeners of its own";
+    CJournal journal(conversion.GetChangedEvent());
+    conversion.SetFormat("%.1f");
+    conversion.SetSpaceBeforePrefix(false);
+    EXPECT_EQ(journal.Take(), "");
+    conversion.SetFormat("%.2f");
+    conversion.SetSpaceBeforePrefix(true);
+    EXPECT_EQ(journal.Take(), "cc");
 }
 
 TEST(ParamDataToText, NamesWhatTheDescriptionSays) {
-    CParamDataToText conversion("%.1f", false,
-                                "{name}|{value}|{unit}|{min}|{max}|{default}|{comment}|"
-                                "{text_value}|{other}|{{unit}");
-    CheckText(conversion, 2.0, "|2.0||0.0|0.0|0.0||2.00|{other}|{unit}");
-
-    const CParamInfo info(EParamType::Integer, 1, 3, 2, "Mode", "st", "Left-Right or Mid-Side",
-                          new CEnumToText("off;on;auto", 1));
-    CEventCounter changed(conversion.GetChangedEvent());
-    conversion.SetInfo(info);
-    EXPECT_EQ(changed.Take(), 1);
-    CheckText(conversion, 2.0, "Mode|2.0|st|1.0|3.0|2.0|Left-Right or Mid-Side|on|{other}|{unit}");
-    CheckRead(conversion, "auto", 3.0);
-    CheckRead(conversion, "2.7", 2.0);
-    CheckRead(conversion, "nothing", Untouched);
-
-    // The description's own conversion fails on a word, its type knows it.
-    conversion.SetInfo(CParamInfo(EParamType::Boolean, 0, 1, 0, "", "", ""));
-    CheckRead(conversion, "yes", 1.0);
-    CheckRead(conversion, "0.25", 0.25);
+    CParamDataToText conversion(
+        "%.1f", false, "{name},{value},{unit},{min},{max},{default},{comment},{text_value},{x}");
+    EXPECT_EQ(ToText(conversion, {2}), ",2.0,,0.0,0.0,0.0,,2.00,{x}|");
+    CJournal journal(conversion.GetChangedEvent());
+    conversion.SetInfo(CParamInfo(Integer, 1, 3, 2, "n", "u", "c", new CEnumToText("off;on", 1)));
+    EXPECT_EQ(journal.Take(), "c");
+    EXPECT_EQ(ToText(conversion, {2}), "n,2.0,u,1.0,3.0,2.0,c,on,{x}|");
+    EXPECT_EQ(Read(conversion, {"on", "nothing"}), "2|nan|");
+    conversion.SetInfo(CParamInfo(Boolean, 0, 1, 0, "", "", ""));
+    EXPECT_EQ(Read(conversion, {"0.25", "yes"}), "0.25|1|") << "by its own conversion or its type";
 }
 
 TEST(EnumToText, NamesWholeNumbers) {
-    const CEnumToText conversion("off;on", 1);
-    struct {
-        double m_Value;
-        const char* m_Text;
-    } const cases[] = {
-        {2.0, "on"},
-        {1.4, "off"},
-        {1.5, "on"},
-        {0.0, "Out Of Bounds"},
-        {3.0, "Out Of Bounds"},
-        {NotANumber, "Out Of Bounds"},
-        {1e300, "Out Of Bounds"},
-        {-Infinity, "Out Of Bounds"},
-    };
-    for (const auto& row : cases)
-        CheckText(conversion, row.m_Value, row.m_Text);
-    CheckRead(conversion, "on", 2.0);
-    CheckRead(conversion, "7", 7.0);
-    CheckRead(conversion, "On", Untouched);
-    CheckRead(conversion, "", Untouched);
-    CheckRead(conversion, nullptr, Untouched);
-    CheckText(CEnumToText("a", std::numeric_limits<int>::min()), 1e300, "Out Of Bounds");
-}
-
-TEST(EnumToText, CountsEmptyNames) {
-    struct {
-        const char* m_Names;
-        int m_Count;
-    } const cases[] = {{"a;;b", 3}, {"a;", 2}, {";", 2}, {"a", 1}, {"", 0}, {nullptr, 0}};
-    for (const auto& row : cases) {
-        const CEnumToText conversion(row.m_Names, 0);
-        for (int i = 0; i < 4; ++i)
-            EXPECT_EQ(Text(conversion, i) != "Out Of Bounds", i < row.m_Count) << row.m_Names << i;
-    }
-    CheckRead(CEnumToText("x;y;x;", 0), "x", 0.0);
-    CheckRead(CEnumToText("x;y;x;", 0), "", 3.0);
-    CEnumToText replaced("a;b;c", 0);
-    replaced.Set("d", 5);
-    CheckText(replaced, 5, "d");
-    CheckText(replaced, 6, "Out Of Bounds");
+    EXPECT_EQ(ToText(CEnumToText("off;on", 1), {2, 1.4, 1.5}), "on|off|on|");
+    EXPECT_EQ(ToText(CEnumToText("a;;b", 0), {0, 1, 2}), "a||b|");
+    for (const double value : Numbers{-2, 2, 1e300, -HUGE_VAL, NAN})
+        EXPECT_EQ(ToText(CEnumToText("a;", 0), {value}), "Out Of Bounds|") << value;
+    EXPECT_EQ(ToText(CEnumToText(nullptr, 0), {0}), "Out Of Bounds|");
+    CEnumToText reused("a;b", 0);
+    reused.Set("", 0);
+    EXPECT_EQ(ToText(reused, {0}), "Out Of Bounds|");
+    EXPECT_EQ(Read(CEnumToText("off;on;off;", 1), {"off", "on", "", "7", "On", nullptr}),
+              "1|2|4|7|nan|nan|");
 }
 
 TEST(ParamTextEnumValueBuilderString, ReplacesTheNamesOfItsParameter) {
-    CParamInfo info(EParamType::Integer, 2, 9, 2, nullptr, nullptr, nullptr);
+    CParamInfo info(Integer, 2, 9, 2, nullptr, nullptr, nullptr);
     CParamTextEnumValueBuilderString builder(info);
-    CEventCounter infoChanged(info.GetChangedEvent()), valueChanged(builder.GetValueChangedEvent());
+    CJournal journal(builder);
+    journal.Listen(info.GetChangedEvent(), 'c');
     builder.SetValue("two;three");
-    EXPECT_EQ(infoChanged.Take(), 1);
-    EXPECT_EQ(valueChanged.Take(), 1);
-    EXPECT_STREQ(builder.GetValue(), "two;three");
-    EXPECT_EQ(Text(info.GetValueToText(), 3), "three");
-
     builder.SetValue("two;three");
-    EXPECT_EQ(infoChanged.Take() + valueChanged.Take(), 0);
-
-    info.SetMin(-1.0); // trunc(-1 + 0.5) is 0, which is the first value from now on.
+    EXPECT_EQ(journal.Take(), "cv");
+    EXPECT_EQ(ToText(info.GetValueToText(), {3}), "three|");
+    info.SetMin(-1.0); // -1 + 0.5 truncates to 0.
     builder.SetValue("a;b");
-    EXPECT_EQ(Text(info.GetValueToText(), 1), "b");
+    EXPECT_EQ(ToText(info.GetValueToText(), {1}), "b|");
     info.SetValueToText(nullptr, true);
-    EXPECT_EQ(Text(info.GetValueToText(), 1), "1") << "the builder's conversion is not deleted";
+    EXPECT_EQ(ToText(info.GetValueToText(), {1}), "1|") << "the builder's one is not deleted";
 }
 
-// A locale whose decimal point is a comma, taken from the machine or made for this test.
-bool EnterCommaLocale() {
-    const std::string folder = testing::TempDir() + "comma_locale";
-    const std::string make = "mkdir -p " + folder + " && localedef -c -i de_DE -f UTF-8 " + folder +
-                             "/de_DE.UTF-8 2>/dev/null >/dev/null";
-    if (std::setlocale(LC_ALL, "de_DE.UTF-8"))
-        return true;
-    if (std::system(make.c_str()) != 0)
-        return false;
-    setenv("LOCPATH", folder.c_str(), 1);
-    return std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+TEST(PositionMappers, AreInverseInBothDirections) {
+    const CLinearPositionMapper linear(Float, -40, 40), falling(Float, 5, -3);
+    const CLogPositionMapper log(Float, 20, 22000);
+    for (const IParamPositionMapper* mapper :
+         std::initializer_list<const IParamPositionMapper*>{&linear, &falling, &log}) {
+        const std::unique_ptr<IParamPositionMapper> clone(mapper->Clone());
+        for (double position = -0.5; position <= 1.5; position += 0.03125) {
+            const double value = mapper->PositionToValue(position);
+            EXPECT_NEAR(clone->ValueToPosition(value), position, 1e-13) << "a few roundings";
+        }
+    }
+}
+
+TEST(PositionMappers, BringValuesOntoTheirTypeWithoutClamping) {
+    CheckMapper(CLinearPositionMapper(Float, -40, 40), {{60, 1.25}}, {{0, -40}, {1, 40}});
+    CheckMapper(CLinearPositionMapper(Integer, 0, 4), {{2.4, 0.5}}, {{0.4, 2}, {2, 8}});
+    CheckMapper(CLinearPositionMapper(Boolean, 0, 1), {{0.6, 1}}, {{0.5, 0}, {0.51, 1}});
+    CheckMapper(CLinearPositionMapper(Float, 3.3, 3.3), {{-1, 0}, {7, 0}}, {{0, 3.3}, {0.3, 3.3}});
+    CheckMapper(CLogPositionMapper(Float, 20, 22000), {},
+                {{0, 20}, {0.5, std::sqrt(20.0 * 22000.0)}, {1, 22000}});
+    CheckMapper(CLogPositionMapper(Integer, 1, 16), {{2.3, 0.25}}, {{0.3, 2}});
+    CheckMapper(CLogPositionMapper(Float, 3.3, 3.3), {{-1, 0}, {7, 0}}, {{0, 3.3}, {0.3, 3.3}});
+    CheckMapper(CLogPositionMapper(Float, 0, 100), {{100, 1}, {99.9, 0}, {0, 0}},
+                {{0.5, 0}, {1, 100}});
 }
 
 TEST(ParamText, IsTheSameInACommaLocale) {
-    if (!EnterCommaLocale())
+    // One of the machine, or else one made for this test.
+    const std::string folder = testing::TempDir() + "comma_locale";
+    const std::string make = "mkdir -p " + folder + " && localedef -c -i de_DE -f UTF-8 " + folder +
+                             "/de_DE.UTF-8 >/dev/null 2>&1";
+    if (!std::setlocale(LC_ALL, "de_DE.UTF-8") &&
+        (std::system(make.c_str()) != 0 || setenv("LOCPATH", folder.c_str(), 1) != 0 ||
+         !std::setlocale(LC_ALL, "de_DE.UTF-8")))
         GTEST_SKIP() << "this machine has no locale with a decimal comma";
-    char point[8];
-    std::snprintf(point, sizeof point, "%.1f", 0.5);
-    EXPECT_STREQ(point, "0,5") << "the locale under test is in force";
-    CheckText(CParamValueToText("%.2f", false, "{value} dB"), -1.5, "-1.50 dB");
-    for (const SReadCase& row : ReadCases)
-        CheckParse(row.m_Text, EParamType::Float, row.m_Float);
-    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "de_DE.UTF-8");
+    EXPECT_STREQ(std::localeconv()->decimal_point, ",") << "the locale under test is in force";
+    const CParamValueToText conversion("%.2f", false, "{value} dB");
+    EXPECT_EQ(ToText(conversion, {-1.5}), "-1.50 dB|");
+    EXPECT_EQ(Read(conversion, {"12.5 dB", "1,5"}), "12.5|1|");
     std::setlocale(LC_ALL, "C");
 }
 

@@ -16,147 +16,87 @@ namespace {
 using Vector = CoreUtilities::TDynamicCollection<CIntObject, CIntObject>;
 using List = std::list<std::unique_ptr<CIntObject>>;
 
-std::vector<int> GetValues(const Vector& vector) {
-    std::vector<int> values;
+// What two elements of the value 7 become, after whether the read succeeds.
+template <template <class> class TReader>
+std::string Read(const IReadDataStream& input) {
+    Vector vector(2);
+    vector[0].m_Value = vector[1].m_Value = 7;
+    std::string result = TReader<Vector>(vector, "item").DeSerialize(input) ? "reads" : "fails";
     for (int i = 0; i < vector.GetCount(); ++i)
-        values.push_back(vector[i].m_Value);
-    return values;
-}
-
-void WriteElements(CMemDataObject& output, int count, const std::vector<int>& indices) {
-    output.WriteInt("itemCount", &count);
-    for (const int i : indices)
-        output.WriteObject(("item" + std::to_string(i)).c_str(), CIntObject(100 + i));
+        result += ' ' + std::to_string(vector[i].m_Value);
+    return result;
 }
 
 } // namespace
 
-TEST(Collections, VectorsAndListsShareOneForm) {
-    ForEachStream([](auto& stream, const auto& reload) {
-        Vector vector(20), fromList(3);
-        for (int i = 0; i < vector.GetCount(); ++i)
-            vector[i].m_Value = i * i;
-        List list;
-        TStdContainerDeSerializer<CIntObject, List> intoList(list, "item");
-        TDynamicVectorDeSerializer<Vector> intoVector(fromList, "item");
-        EXPECT_TRUE(stream.WriteObject("v", TVectorSerializer<Vector>(vector, "item")));
-        reload();
-        EXPECT_TRUE(stream.ReadObject("v", intoList));
-        EXPECT_TRUE(stream.WriteObject("l", TStdContainerSerializer<List>(list, "item")));
-        EXPECT_TRUE(stream.ReadObject("l", intoVector));
-        EXPECT_EQ(GetValues(fromList), GetValues(vector));
-    });
-}
-
 TEST(Collections, SizeFollowsTheStreamOnlyWhereItIsDynamic) {
-    constexpr int NoCount = -1000;
-    struct SResult {
-        bool m_Reads;
-        std::vector<int> m_Values;
-    };
-    const struct {
-        int m_Count;
-        std::vector<int> m_Present;
-        SResult m_Fixed;   // What two elements of the value 7 become,
-        SResult m_Dynamic; // when they may grow and shrink,
-        SResult m_Changes; // and so from changes only.
-    } cases[] = {
-        {2, {0, 1}, {true, {100, 101}}, {true, {100, 101}}, {true, {100, 101}}},
-        {1, {0}, {false, {100, 7}}, {true, {100}}, {true, {100}}},
-        {3, {0, 2}, {false, {100, 7}}, {false, {100, 7, 102}}, {true, {100, 7, 102}}},
-        {0, {}, {false, {7, 7}}, {true, {}}, {true, {}}},
-        {-5, {0}, {false, {100, 7}}, {false, {}}, {false, {}}},
-        {NoCount, {1}, {false, {7, 101}}, {false, {}}, {true, {7, 101}}},
-    };
+    const std::string zero = "<item0 v='10'/>", one = "<item1 v='11'/>", two = "<item2 v='12'/>";
+    // The elements of a document, and what becomes of a vector of fixed size, of a dynamic one, and
+    // of a dynamic one if the document holds only changes.
+    const std::vector<std::string> cases[] = {
+        {"<r itemCount='2'>" + zero + one, "reads 10 11", "reads 10 11", "reads 10 11"},
+        {"<r itemCount='1'>" + zero, "fails 10 7", "reads 10", "reads 10"},
+        {"<r itemCount='3'>" + zero + two, "fails 10 7", "fails 10 7 12", "reads 10 7 12"},
+        {"<r itemCount='0'>", "fails 7 7", "reads", "reads"},
+        {"<r itemCount='-5'>" + zero, "fails 10 7", "fails", "fails"},
+        {"<r>" + one, "fails 7 11", "fails", "reads 7 11"}};
     for (const auto& test : cases) {
-        SCOPED_TRACE(test.m_Count);
-        CMemDataObject full;
-        CChanges changes;
-        for (CMemDataObject* stream : {&full, static_cast<CMemDataObject*>(&changes)}) {
-            WriteElements(*stream, test.m_Count, test.m_Present);
-            if (test.m_Count == NoCount)
-                stream->RemoveValue("itemCount");
-        }
-        Vector fixed(2);
-        fixed[0].m_Value = fixed[1].m_Value = 7;
-        Vector dynamic = fixed, changed = fixed;
-        TDynamicVectorDeSerializer<Vector> intoDynamic(dynamic, "item"),
-            intoChanged(changed, "item");
-        EXPECT_EQ(TVectorDeSerializer<Vector>(fixed, "item").DeSerialize(full),
-                  test.m_Fixed.m_Reads);
-        EXPECT_EQ(intoDynamic.DeSerialize(full), test.m_Dynamic.m_Reads);
-        EXPECT_EQ(intoChanged.DeSerialize(changes), test.m_Changes.m_Reads);
-        EXPECT_EQ(GetValues(fixed), test.m_Fixed.m_Values);
-        EXPECT_EQ(GetValues(dynamic), test.m_Dynamic.m_Values);
-        EXPECT_EQ(GetValues(changed), test.m_Changes.m_Values);
+        SCOPED_TRACE(test[0]);
+        CXmlDataObject full("Root");
+        TChanges<CXmlDataObject> changes("Root");
+        ASSERT_TRUE(Parse(full, test[0] + "</r>") && Parse(changes, test[0] + "</r>"));
+        EXPECT_EQ(Read<TVectorDeSerializer>(full), test[1]);
+        EXPECT_EQ(Read<TDynamicVectorDeSerializer>(full), test[2]);
+        EXPECT_EQ(Read<TDynamicVectorDeSerializer>(changes), test[3]);
     }
     Vector none;
     EXPECT_TRUE(TVectorDeSerializer<Vector>(none, "item").DeSerialize(CMemDataObject()));
 }
 
-TEST(Collections, MakeRoomForNoMoreThanIsThere) {
-    CMemDataObject stream;
-    WriteElements(stream, 2'000'000'000, {0, 1, 1000, 1001, 2025});
-    Vector vector;
+TEST(Collections, ShareOneFormAndMakeRoomForNoMoreThanIsThere) {
+    CMemDataObject stream, again;
+    WriteValue(stream, "itemCount", 2'000'000'000);
+    for (const int i : {0, 1, 1000, 1001, 2025})
+        stream.WriteObject(MakeElementName("item", i).c_str(), CIntObject(100 + i));
     List list;
     TStdContainerDeSerializer<CIntObject, List> intoList(list, "item");
-    EXPECT_FALSE(TDynamicVectorDeSerializer<Vector>(vector, "item").DeSerialize(stream));
     EXPECT_FALSE(intoList.DeSerialize(stream));
-    EXPECT_EQ(list.size(), 2026U);
-    ASSERT_EQ(vector.GetCount(), 2026);
-    EXPECT_EQ(vector[2025].m_Value, 2125);
+    ASSERT_EQ(list.size(), 2026U);
+    EXPECT_EQ(list.back()->m_Value, 2125);
+
+    Vector vector;
+    EXPECT_TRUE(TStdContainerSerializer<List>(list, "item").Serialize(stream));
+    EXPECT_TRUE(TDynamicVectorDeSerializer<Vector>(vector, "item").DeSerialize(stream));
+    EXPECT_TRUE(TVectorSerializer<Vector>(vector, "item").Serialize(again) && again == stream);
 }
 
-TEST(NamedValues, AreReadAsWritten) {
-    CMemDataObject stream;
-    TSerializableNamedValue<double> number;
-    EXPECT_TRUE(TSerializableNamedValue<double>("gain", 0.1).Serialize(stream));
-    EXPECT_TRUE(number.DeSerialize(stream));
-    EXPECT_STREQ(number.GetName(), "gain");
-    EXPECT_EQ(number.GetValue(), 0.1);
-    EXPECT_FALSE(number.DeSerialize(CMemDataObject()));
-    EXPECT_EQ(number.GetValue(), 0.0);
-}
-
-TEST(NamedAttributes, ReplaceAndIgnore) {
-    Containers::CNamedAttributes attributes;
-    attributes.SetValue(nullptr, "x");
-    attributes.SetValue("", "x");
-    EXPECT_EQ(attributes.GetCount(), 0);
-    attributes.SetValue("a", "1");
-    attributes.SetValue("a", "2");
-    attributes.SetValue("b", nullptr);
-    attributes.RemoveValue(nullptr);
-    EXPECT_EQ(attributes.GetCount(), 2);
-    EXPECT_STREQ(attributes.GetValue("a"), "2");
-    EXPECT_STREQ(attributes.GetValue("b"), "");
-    EXPECT_EQ(attributes.GetValue(nullptr), nullptr);
-    attributes.RemoveValue("a");
-    EXPECT_EQ(attributes.GetValue("a"), nullptr);
-}
-
-TEST(NamedAttributes, AreReadAsWrittenAndByChanges) {
+TEST(NamedValues, AreReadAsWrittenAndByChanges) {
     ForEachStream([](auto& stream, const auto& reload) {
         CSerializableNamedAttributes saved, loaded;
         for (int i = 0; i < 300; ++i)
-            saved.SetValue(("name " + std::to_string(i)).c_str(), std::to_string(i).c_str());
+            for (const char* value : {"replaced", i % 2 ? "odd" : nullptr})
+                saved.SetValue(("name " + std::to_string(i)).c_str(), value);
+        saved.SetValue("", "x");
+        saved.SetValue(nullptr, "x");
         EXPECT_TRUE(stream.WriteObject("a", saved));
         reload();
         loaded.SetValue("old", "gone");
-        EXPECT_TRUE(stream.ReadObject("a", loaded));
-        EXPECT_EQ(loaded.GetCount(), 300);
-        const auto values = saved.GetValues();
-        for (const auto names = saved.GetNames(); !names->IsDone(); names->Next(), values->Next())
-            EXPECT_STREQ(loaded.GetValue(names->GetValue()), values->GetValue());
-        EXPECT_TRUE(values->IsDone());
-
+        EXPECT_TRUE(stream.ReadObject("a", loaded) && loaded.DeSerialize(CChanges()));
+        EXPECT_TRUE(loaded.GetCount() == 300 && !loaded.GetValue(nullptr));
+        EXPECT_STREQ(loaded.GetValue("name 7"), "odd");
+        EXPECT_STREQ(loaded.GetValue("name 8"), "");
         CMemDataObject first, second;
         EXPECT_TRUE(saved.Serialize(first) && loaded.Serialize(second));
         EXPECT_TRUE(first == second); // In one order, however the dictionary was filled.
-        EXPECT_TRUE(loaded.DeSerialize(CChanges()));
-        EXPECT_EQ(loaded.GetCount(), 300);
-        EXPECT_FALSE(loaded.DeSerialize(CMemDataObject()));
-        EXPECT_EQ(loaded.GetCount(), 0);
+        loaded.RemoveValue("name 7");
+        EXPECT_EQ(loaded.GetValue("name 7"), nullptr);
+        EXPECT_FALSE(loaded.DeSerialize(CMemDataObject()) || loaded.GetCount() > 0);
+
+        TSerializableNamedValue<double> number;
+        EXPECT_TRUE(stream.WriteObject("n", TSerializableNamedValue<double>("gain", 0.1)));
+        EXPECT_TRUE(stream.ReadObject("n", number) && number.GetValue() == 0.1);
+        EXPECT_STREQ(number.GetName(), "gain");
+        EXPECT_FALSE(number.DeSerialize(CMemDataObject()) || number.GetValue() != 0);
     });
 }
 

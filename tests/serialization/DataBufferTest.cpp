@@ -10,8 +10,8 @@ namespace Lathe::Serialization::Tests {
 
 namespace {
 
-// The number of the only type whose getter answers, or -1.
-int GetAnsweringType(const CDataBuffer& buffer) {
+// The numbers of the types whose getters answer.
+std::string GetAnsweringTypes(const CDataBuffer& buffer) {
     bool flag = false;
     int number = 0;
     float single = 0;
@@ -23,92 +23,82 @@ int GetAnsweringType(const CDataBuffer& buffer) {
                             buffer.GetInt(number),       buffer.GetFloat(single),
                             buffer.GetDouble(real),      buffer.GetString(text),
                             buffer.GetData(data, number)};
-    int type = -1;
+    std::string types;
     for (int i = 0; i < 7; ++i)
         if (answers[i])
-            type = type == -1 ? i : 99;
-    return type;
+            types += std::to_string(i);
+    return types;
 }
 
 } // namespace
 
 TEST(DataBuffer, AnswersOnlyForItsTypeAlsoAfterSaving) {
     const double nan = std::nan("");
-    const struct {
-        int m_Size;
-        std::function<void(CDataBuffer&)> m_Set;
-        std::function<bool(const CDataBuffer&)> m_IsEqual;
-    } cases[] = {
-        {0, [](auto& b) { b.SetObject(); }, [](auto& b) { return b.IsEqualObject({}); }},
-        {1, [](auto& b) { b.SetBool(true); }, [](auto& b) { return b.IsEqualBool(true); }},
-        {4, [](auto& b) { b.SetInt(1); }, [](auto& b) { return b.IsEqualInt(1); }},
-        {4, [](auto& b) { b.SetFloat(2); }, [](auto& b) { return b.IsEqualFloat(2); }},
-        {8, [=](auto& b) { b.SetDouble(nan); }, [=](auto& b) { return b.IsEqualDouble(nan); }},
-        {5, [](auto& b) { b.SetString("text"); }, [](auto& b) { return b.IsEqualString("text"); }},
-        {5, [](auto& b) { b.SetData("text", 5); },
-         [](auto& b) { return b.IsEqualData("text", 5); }}};
-    CDataBuffer buffer;
-    EXPECT_EQ(GetAnsweringType(buffer), -1);
+    CDataBuffer buffer, buffers[7];
+    EXPECT_EQ(GetAnsweringTypes(buffer), "");
+    buffers[0].SetObject();
+    buffers[1].SetBool(true);
+    buffers[2].SetInt(1);
+    buffers[3].SetFloat(2);
+    buffers[4].SetDouble(nan);
+    buffers[5].SetString("x");
+    buffers[6].SetData("x", 2);
     for (int type = 0; type < 7; ++type) {
         SCOPED_TRACE(type);
-        cases[type].m_Set(buffer); // Over the value of the case before.
-        CXmlDataObject file("File");
-        EXPECT_TRUE(file.WriteObject("x", buffer));
-        CDataBuffer loaded;
-        EXPECT_TRUE(file.ReadObject("x", loaded));
-        EXPECT_TRUE(loaded == buffer);
-        EXPECT_EQ(GetAnsweringType(loaded), type);
-        EXPECT_EQ(loaded.GetSize(), cases[type].m_Size);
+        CMemDataObject file;
+        EXPECT_TRUE(file.WriteObject("x", buffers[type]) && file.ReadObject("x", buffer));
+        EXPECT_EQ(GetAnsweringTypes(buffer), std::to_string(type));
+        const bool equal[] = {buffer.IsEqualObject({}),  buffer.IsEqualBool(true),
+                              buffer.IsEqualInt(1),      buffer.IsEqualFloat(2),
+                              buffer.IsEqualDouble(nan), buffer.IsEqualString("x"),
+                              buffer.IsEqualData("x", 2)};
         for (int other = 0; other < 7; ++other)
-            EXPECT_EQ(cases[other].m_IsEqual(loaded), other == type);
+            EXPECT_TRUE(equal[other] == (other == type) &&
+                        equal[other] == (buffer == buffers[other]));
     }
     buffer.SetString(nullptr);
     const char* text = "x";
     EXPECT_TRUE(buffer.GetString(text) && text == nullptr);
-    EXPECT_TRUE(buffer.IsEqualString(nullptr));
-    EXPECT_FALSE(buffer.IsEqualString(""));
+    EXPECT_TRUE(buffer.IsEqualString(nullptr) && !buffer.IsEqualString(""));
 }
 
-TEST(DataBuffer, RefusesBytesThatDoNotFitTheType) {
-    const struct {
-        const char* m_Attributes;
-        bool m_Loads;
-        int m_AnsweringType;
-    } cases[] = {{"type='1' value='Bw=='", true, 1}, // A bool that is 7.
-                 {"type='1' value=''", true, -1},
-                 {"type='2' value='AAAA'", true, -1},
-                 {"type='4' value='AAAAAA=='", true, -1},
-                 {"type='5' value='Zm9v'", true, -1}, // No terminating zero.
-                 {"type='5' value='Zm8A'", true, 5},
-                 {"type='6' value='x'", false, -1}, // Not Base64.
-                 {"type='6'", false, -1},
-                 {"type='0' value='AAAA'", false, 0}, // An attribute, where an object is due.
-                 {"type='7' value='AAAA'", false, -1},
-                 {"value='AAAA'", false, -1}};
-    for (const auto& [attributes, loads, answeringType] : cases) {
-        SCOPED_TRACE(attributes);
-        CXmlDataObject document("Root");
-        ASSERT_TRUE(Parse(document, std::string("<r><x ") + attributes + "/></r>"));
-        CDataBuffer buffer;
-        buffer.SetInt(3);
-        EXPECT_EQ(document.ReadObject("x", buffer), loads);
-        EXPECT_EQ(GetAnsweringType(buffer), answeringType);
-    }
-}
-
-TEST(MemDataObject, LoadsOnlyTheItemsThatAreThere) {
+// Each value has one character as its name, the index of its item.
+TEST(MemDataObject, LoadsTheItemsThatAreThereAndRefusesBytesThatDoNotFit) {
     CXmlDataObject document("Root");
-    ASSERT_TRUE(Parse(document,
-                      "<r><m ItemsCount='2000000000' ItemName0='a' ItemName1='b' ItemName2='c'>"
-                      "<Item0 type='2' value='AQAAAA=='/><Item2 type='5' value='eAA='/></m></r>"));
+    ASSERT_TRUE(Parse(
+        document,
+        "<r ItemsCount='2000000000' ItemName0='0' ItemName1='1' ItemName2='2' ItemName3='3'"
+        " ItemName4='4' ItemName5='5' ItemName6='6' ItemName7='7' ItemName8='8'>"
+        "<Item0 type='1' value='Bw=='/><Item1 type='1' value=''/><Item2 type='4' value='AAAAAA=='/>"
+        "<Item3 type='5' value='Zm9v'/><Item4 type='5' value='Zm8A'/><Item5 type='6' value='x'/>"
+        "<Item6 type='0' value='AAAA'/><Item7 type='7' value='AAAA'/></r>"));
     CMemDataObject loaded;
-    loaded.WriteString("old", "value");
-    EXPECT_FALSE(document.ReadObject("m", loaded));
-    EXPECT_EQ(ReadInt(loaded, "a"), 1);
-    EXPECT_EQ(ReadInt(loaded, "c", 3), 3); // A text is no number.
-    EXPECT_EQ(ReadText(loaded, "c"), "x");
-    EXPECT_FALSE(loaded.HasValue("b") || loaded.HasValue("old"));
-    EXPECT_TRUE(loaded.DeSerialize(CChanges()) && loaded.HasValue("a"));
+    WriteValue(loaded, "old", "value");
+    EXPECT_FALSE(loaded.DeSerialize(document));
+    bool flag = false;
+    double real = 0;
+    EXPECT_TRUE(ReadValue(loaded, "0", flag) && flag); // It was 7.
+    EXPECT_FALSE(ReadValue(loaded, "1", flag) || ReadValue(loaded, "2", real));
+    EXPECT_EQ(ReadText(loaded, "3") + ReadText(loaded, "4"), "(missing)fo"); // No terminator, one.
+    for (const char* name : {"5", "6", "7", "8", "old"})
+        EXPECT_FALSE(loaded.HasValue(name)) << name;
+}
+
+TEST(MemDataObject, TakesChangesItemByItem) {
+    CMemDataObject object;
+    for (const char* name : {"c", "b", "a"})
+        WriteValue(object, name, 7);
+    TChanges<CXmlDataObject> changes("Root");
+    ASSERT_TRUE(Parse(changes, "<r ItemName1='d'><Item0 type='2' value='AQAAAA=='/></r>"));
+    EXPECT_TRUE(object.DeSerialize(changes));
+    ASSERT_TRUE(Parse(changes, "<r ItemsCount='2000000000'/>"));
+    EXPECT_FALSE(object.DeSerialize(changes));
+    EXPECT_TRUE(ReadInt(object, "a") == 1 && ReadInt(object, "c") == 7);
+    EXPECT_TRUE(ReadInt(object, "d") == 7 && !object.HasValue("b"));
+    CDataBuffer buffer;
+    buffer.SetInt(7);
+    ASSERT_TRUE(Parse(changes, "<r type='6'/>")); // The same bytes.
+    EXPECT_TRUE(buffer.DeSerialize(changes) && GetAnsweringTypes(buffer) == "6");
 }
 
 } // namespace Lathe::Serialization::Tests

@@ -1,17 +1,13 @@
 // The streams under test, one of each kind, and short ways to write and read them.
 #pragma once
 
-#include "core/text/CharString.h"
 #include "serialization/MemDataObject.h"
 #include "serialization/StreamValue.h"
 #include "serialization/XmlDataObject.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <functional>
 #include <memory>
-#include <random>
 #include <string>
 
 namespace Lathe::Serialization::Tests {
@@ -27,20 +23,14 @@ inline bool Parse(CXmlDataObject& document, const std::string& text) {
 }
 
 inline std::string ReadText(const IReadDataStream& input, const char* name) {
-    Core::CCharString text("(missing)");
+    std::string text = "(missing)";
     ReadValue(input, name, text);
-    return text.GetText();
+    return text;
 }
 
 inline int ReadInt(const IReadDataStream& input, const char* name, int missing = -1) {
     input.ReadInt(name, &missing);
     return missing;
-}
-
-// New for each run; CAIRN_TEST_SEED gives it again.
-inline unsigned GetSeed() {
-    const char* given = std::getenv("CAIRN_TEST_SEED");
-    return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
 }
 
 // Hands each check an XML document of each format and a memory object, with a function that takes
@@ -61,17 +51,20 @@ void ForEachStream(const TCheck& check) {
     });
 }
 
-// Says that it holds only what changed.
-class CChanges : public CMemDataObject {
+// A stream that says that it holds only what changed.
+template <class TStream>
+class TChanges : public TStream {
 public:
+    using TStream::TStream;
     bool IsIncremental() const override { return true; }
 };
+using CChanges = TChanges<CMemDataObject>;
 
 // Holds one int under "v", and can be made to fail. A missing one is the default, -1.
 struct CIntObject : virtual ISerializable {
     CIntObject(int value = -1, bool result = true) : m_Value(value), m_Result(result) {}
     bool Serialize(IWriteDataStream& output) const override {
-        return output.WriteInt("v", &m_Value) && m_Result;
+        return WriteValue(output, "v", m_Value) && m_Result;
     }
     bool DeSerialize(const IReadDataStream& input) override {
         return ReadValueOrDefault(input, "v", m_Value, -1) && m_Result;

@@ -5,6 +5,8 @@
 #include "serialization/NamedValues.h"
 #include "serialization/TypedObject.h"
 
+#include <vector>
+
 namespace Lathe::Serialization::Tests {
 
 namespace {
@@ -14,8 +16,8 @@ public:
     static const char* InterfaceId() { return "{71C7A9B2-5C31-4f0e-9C53-2F6B6E2A1D01}"; }
 };
 
-constexpr const char* A = "{0A0A9E2B-8F5A-4b0c-8B83-3F0E3D5B7A01}";
-constexpr const char* B = "{0A0A9E2B-8F5A-4b0c-8B83-3F0E3D5B7A02}";
+constexpr const char* A = "{AAA}";
+constexpr const char* B = "{BBB}";
 constexpr const char* C = "{C}"; // Its key ends in "==", which is no XML name.
 
 template <const char* const& Id>
@@ -39,15 +41,19 @@ ShapeOwner MakeShape(const char* classId, int value) {
     return shape;
 }
 
-bool IsShape(const ShapeOwner& shape, const char* classId, int value) {
-    if (!shape)
-        return !classId;
-    return classId && std::string(classId) == shape->GetClassId() && shape->m_Value == value;
+std::string Describe(const ShapeOwner& shape) {
+    return shape ? shape->GetClassId() + std::to_string(shape->m_Value) : "null";
 }
 
-bool Read(const IReadDataStream& input, ShapeOwner& shape) {
-    return TRuntimeDeSerializer<IShape>(shape).DeSerialize(input);
+std::string Read(const IReadDataStream& input, ShapeOwner shape) {
+    const bool reads = TRuntimeDeSerializer<IShape>(shape).DeSerialize(input);
+    return (reads ? "reads " : "fails ") + Describe(shape);
 }
+
+struct SPrepare : Core::TIArgCommand<IShape&> {
+    void Execute(IShape& shape) override { m_Seen += std::to_string(shape.m_Value); }
+    std::string m_Seen;
+};
 
 } // namespace
 
@@ -59,93 +65,48 @@ TEST(TypedObject, IsReadAsWrittenWhateverWasThere) {
                 EXPECT_TRUE(stream.WriteObject("shape", CTypeSerializer(source.Get())));
                 reload();
                 ShapeOwner shape = MakeShape(present, 1);
-                const IShape* before = shape.Get();
-                TRuntimeDeSerializer<IShape> reader(shape);
+                SPrepare prepare;
+                TRuntimeDeSerializer<IShape> reader(shape, &prepare);
                 EXPECT_TRUE(stream.ReadObject("shape", reader));
-                EXPECT_TRUE(IsShape(shape, source ? written : nullptr, 5));
-                EXPECT_TRUE(written != present || shape.Get() == before);
+                EXPECT_EQ(Describe(shape), Describe(source));
+                // Only a new object is prepared, and before it reads itself.
+                EXPECT_EQ(prepare.m_Seen, source && written != present ? "-1" : "");
             });
 }
 
-TEST(TypedObject, PreparesNewObjectsBeforeTheyReadThemselves) {
-    struct SPrepare : Core::TIArgCommand<IShape&> {
-        void Execute(IShape& shape) override { m_Seen.push_back(shape.m_Value); }
-        std::vector<int> m_Seen;
-    } prepare;
-    CMemDataObject stream;
-    CTypeSerializer(MakeShape(A, 5).Get()).Serialize(stream);
-    ShapeOwner shape;
-    TRuntimeDeSerializer<IShape> reader(shape, &prepare);
-    EXPECT_TRUE(reader.DeSerialize(stream) && reader.DeSerialize(stream));
-    EXPECT_EQ(prepare.m_Seen, std::vector<int>{-1}); // Not the second time: the object was kept.
-}
-
 TEST(TypedObject, TakesEitherKeyAndRefusesWhatIsIncomplete) {
-    struct SResult {
-        bool m_Reads;
-        const char* m_Class;
-        int m_Value;
-    };
-    const SResult null = {true, nullptr, 0}, failedNew = {false, nullptr, 0};
-    const SResult refused = {false, B, 1};
-    const struct {
-        int m_IsNull; // -1: not there; so for the values under the two keys of the content.
-        const char* m_Type;
-        int m_Own;
-        int m_Plain;
-        SResult m_Full;    // What an object of class B and value 1 becomes in a full stream,
-        SResult m_Changes; // and in one of changes.
-    } cases[] = {{0, A, 7, -1, {true, A, 7}, {true, A, 7}},
-                 {0, A, -1, 8, {true, A, 8}, {true, A, 8}},
-                 {0, A, 7, 8, {true, A, 7}, {true, A, 7}},
-                 {0, C, 7, -1, {true, C, 7}, {true, C, 7}},
-                 {0, B, -1, -1, refused, {true, B, 1}},
-                 {0, A, -1, -1, failedNew, failedNew},
-                 {1, nullptr, -1, 7, null, null},
-                 {0, "{unknown}", 7, 7, refused, refused},
-                 {0, nullptr, -1, 7, refused, {true, B, 7}},
-                 {-1, nullptr, -1, -1, refused, {true, B, 1}},
-                 {-1, A, 7, -1, refused, {true, A, 7}}};
-    int row = 0;
+    const std::string a = "<r isNull='0' type='{AAA}'>", b = "<r isNull='0' type='{BBB}'>";
+    const std::string ownA = "<Y29udGVudHtBQUF9 v='7'/>", brokenA = "<Y29udGVudHtBQUF9/>";
+    const std::string plain = "<content v='8'/>";
+    // What an object of class B and value 1 becomes, also if the document holds only changes.
+    const std::vector<std::string> cases[] = {
+        {a + ownA, "reads {AAA}7", "reads {AAA}7"},
+        {a + plain, "reads {AAA}8", "reads {AAA}8"},
+        {a + plain + ownA, "reads {AAA}7", "reads {AAA}7"},
+        {a + brokenA, "fails null", "fails null"},
+        {a, "fails null", "fails null"},
+        {b + "<content/>", "fails {BBB}-1", "fails {BBB}-1"},
+        {b, "fails {BBB}1", "reads {BBB}1"},
+        {"<r isNull='1'>" + plain, "reads null", "reads null"},
+        {"<r isNull='0' type='{unknown}'>" + plain, "fails {BBB}1", "fails {BBB}1"},
+        {"<r isNull='0'>" + plain, "fails {BBB}1", "reads {BBB}8"},
+        {"<r>", "fails {BBB}1", "reads {BBB}1"},
+        {"<r type='{AAA}'>" + ownA, "fails {BBB}1", "reads {AAA}7"}};
     for (const auto& test : cases) {
-        SCOPED_TRACE(row++);
-        CMemDataObject full;
-        CChanges changes;
-        for (CMemDataObject* stream : {&full, static_cast<CMemDataObject*>(&changes)}) {
-            if (test.m_IsNull >= 0)
-                WriteValue(*stream, "isNull", test.m_IsNull == 1);
-            if (test.m_Type)
-                WriteValue(*stream, "type", test.m_Type);
-            if (test.m_Own >= 0)
-                stream->WriteObject(MakeContentKey(test.m_Type).c_str(), CIntObject(test.m_Own));
-            if (test.m_Plain >= 0)
-                stream->WriteObject("content", CIntObject(test.m_Plain));
-            const SResult& expected = stream == &full ? test.m_Full : test.m_Changes;
-            ShapeOwner shape = MakeShape(B, 1);
-            EXPECT_EQ(Read(*stream, shape), expected.m_Reads);
-            EXPECT_TRUE(IsShape(shape, expected.m_Class, expected.m_Value));
-        }
+        SCOPED_TRACE(test[0]);
+        CXmlDataObject full("Root");
+        TChanges<CXmlDataObject> changes("Root");
+        ASSERT_TRUE(Parse(full, test[0] + "</r>") && Parse(changes, test[0] + "</r>"));
+        EXPECT_EQ(Read(full, MakeShape(B, 1)), test[1]);
+        EXPECT_EQ(Read(changes, MakeShape(B, 1)), test[2]);
         CTypeDeSerializerTester tester;
         EXPECT_TRUE(tester.DeSerialize(changes));
-        EXPECT_EQ(tester.HasIsNull(), test.m_IsNull >= 0);
-        EXPECT_EQ(tester.HasType(), test.m_Type != nullptr);
-        EXPECT_EQ(tester.HoldsOnlyChanges(), test.m_IsNull < 0 && !test.m_Type);
+        EXPECT_EQ(tester.HasIsNull(), changes.HasValue("isNull"));
+        EXPECT_EQ(tester.HasType(), changes.HasValue("type"));
+        EXPECT_EQ(tester.HoldsOnlyChanges(), test[0] == "<r>");
     }
-    ShapeOwner none;
-    EXPECT_FALSE(Read(CChanges(), none));
+    EXPECT_EQ(Read(CChanges(), ShapeOwner()), "fails null");
     EXPECT_EQ(MakeContentKey("{A}"), "Y29udGVudHtBfQ=="); // A part of the file format.
-}
-
-TEST(TypedObject, FailedReadDropsOnlyANewObject) {
-    CMemDataObject stream;
-    CTypeSerializer(MakeShape(A, 5).Get()).Serialize(stream);
-    stream.WriteObject(MakeContentKey(A).c_str(), CMemDataObject()); // Without a value.
-    ShapeOwner shape = MakeShape(A, 1);
-    EXPECT_FALSE(Read(stream, shape));
-    EXPECT_TRUE(IsShape(shape, A, -1));
-    shape.Reset();
-    EXPECT_FALSE(Read(stream, shape));
-    EXPECT_FALSE(shape);
 }
 
 TEST(NamedPointer, HoldsTheNameBesideTheObject) {
@@ -153,16 +114,13 @@ TEST(NamedPointer, HoldsTheNameBesideTheObject) {
     TSerializableNamedPointer<CIntObject> plain("x", &loaded), null;
     TSerializableNamedTypedPointer<IShape> shape;
     CMemDataObject stream;
-    EXPECT_FALSE(null.Serialize(stream));
+    EXPECT_FALSE(null.Serialize(stream) || null.DeSerialize(stream));
     EXPECT_TRUE(TSerializableNamedPointer<CIntObject>("plain", &value).Serialize(stream));
     EXPECT_TRUE(plain.DeSerialize(stream));
-    EXPECT_FALSE(null.DeSerialize(stream));
-    EXPECT_STREQ(plain.GetName(), "plain");
-    EXPECT_EQ(loaded.m_Value, 4);
+    EXPECT_EQ(plain.GetName() + std::to_string(loaded.m_Value), "plain4");
     const TSerializableNamedTypedPointer<IShape> saved("typed", MakeShape(B, 6).Detach(), true);
     EXPECT_TRUE(saved.Serialize(stream) && shape.DeSerialize(stream));
-    EXPECT_STREQ(shape.GetName(), "typed");
-    EXPECT_TRUE(IsShape(shape.GetPointer(), B, 6));
+    EXPECT_EQ(shape.GetName() + Describe(shape.GetPointer()), "typed{BBB}6");
 }
 
 } // namespace Lathe::Serialization::Tests

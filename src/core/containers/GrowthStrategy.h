@@ -1,7 +1,15 @@
-// How much room a growable vector takes.
+// How much room a growable vector takes. A capacity that would not fit an int stops at the largest.
 #pragma once
 
+#include <algorithm>
+#include <limits>
+
 namespace Lathe::Core {
+
+inline int SaturateCapacity(long long capacity) {
+    return static_cast<int>(
+        std::min(capacity, static_cast<long long>(std::numeric_limits<int>::max())));
+}
 
 // Grows by at least a step; shrinks once more than a step lies unused.
 class CStepGrowthStrategy {
@@ -11,7 +19,7 @@ public:
     // The wanted capacity for a count, given the present capacity.
     int GetCapacity(int count, int capacity) const {
         if (count > capacity)
-            return count > capacity + m_Step ? count : capacity + m_Step;
+            return std::max(count, SaturateCapacity(static_cast<long long>(capacity) + m_Step));
         return count < capacity - m_Step ? count : capacity;
     }
 
@@ -23,17 +31,14 @@ private:
 class CExpGrowthStrategy {
 public:
     int GetCapacity(int count, int capacity) const {
-        if (count > capacity) {
-            const int grown = capacity / 2 * 3 + capacity % 2 * 3 / 2;
-            return RoundUp(count > grown ? count : grown);
-        }
-        // Through 64 bits: twice a large capacity does not fit an int.
-        const auto twoThirds = static_cast<int>(static_cast<long long>(capacity) * 2 / 3);
-        return count < twoThirds ? RoundUp(count) : capacity;
+        const long long wide = capacity; // Its multiples may not fit an int.
+        if (count > capacity)
+            return RoundUp(std::max<long long>(count, wide * 3 / 2));
+        return count < wide * 2 / 3 ? RoundUp(count) : capacity;
     }
 
 private:
-    static int RoundUp(int count) { return (count + 3) / 4 * 4; }
+    static int RoundUp(long long count) { return SaturateCapacity((count + 3) / 4 * 4); }
 };
 
 } // namespace Lathe::Core

@@ -15,9 +15,10 @@ public:
     TOwnership(TOwnership&& other) noexcept : m_Pointer(other.m_Pointer), m_Owned(other.m_Owned) {
         other.Forget();
     }
+    // When both have the same pointee, it stays owned if either owned it.
     TOwnership& operator=(TOwnership&& other) noexcept {
         if (this != &other) {
-            Set(other.m_Pointer, other.m_Owned);
+            Set(other.m_Pointer, other.m_Owned || (m_Owned && m_Pointer == other.m_Pointer));
             other.Forget();
         }
         return *this;

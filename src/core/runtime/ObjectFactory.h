@@ -10,7 +10,7 @@ namespace Lathe::Runtime {
 class IObjectFactory {
 public:
     // A new object of the class, seen as the interface and owned by the caller; null when this
-    // factory doesn't make it. The pointer is a T* of the interface that the id names.
+    // factory doesn't make it. The pointer is to the interface, whose type the caller knows.
     virtual void* CreateObject(const char* classId, const char* interfaceId) const = 0;
     // The same text as class id and as interface id.
     virtual void* CreateObject(const char* id) const = 0;

@@ -6,12 +6,14 @@
 #include "datamodel/objects/ParamInfo.h"
 
 #include <memory>
+#include <utility>
 
 namespace Lathe::DataModel::Objects {
 
 // TInterface is the const interface, with GetDefaultValue. TAxes holds the axes as CParamInfo
-// members, m_YInfo among them, and calls a function for pairs of axes of two such objects with
-// ForEach. TFunctionInterface and TConstantFunction are the values and the built default.
+// members, m_YInfo among them; its Copy takes the axes of another description, its ForEach calls an
+// operation for each. TFunctionInterface and TConstantFunction are the values and the built
+// default.
 template <class TInterface, class TAxes, class TFunctionInterface, class TConstantFunction>
 class TFunctionInfo : public virtual TInterface {
 public:

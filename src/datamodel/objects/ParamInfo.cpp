@@ -1,5 +1,6 @@
 #include "datamodel/objects/ParamInfo.h"
 
+#include "core/Differs.h"
 #include "datamodel/objects/text/ParamValueToText.h"
 
 namespace Lathe::DataModel::Objects {
@@ -8,7 +9,7 @@ namespace {
 
 // True when the field took another value.
 bool Replace(double& field, double value) {
-    if (!(value < field) && !(value > field))
+    if (!Core::Differs(value, field))
         return false;
     field = value;
     return true;
@@ -35,7 +36,7 @@ void CParamInfo::SetType(EParamType type) {
     if (type == m_Type)
         return;
     m_Type = type;
-    UpdateLinearMapper();
+    m_LinearMapper.SetType(type);
     m_Changed.Notify();
 }
 
@@ -54,7 +55,7 @@ void CParamInfo::SetDescription(const char* description) {
 void CParamInfo::SetMin(double min) {
     if (!Replace(m_Min, min))
         return;
-    UpdateLinearMapper();
+    m_LinearMapper.SetMin(min);
     m_Changed.Notify();
 }
 
@@ -66,7 +67,7 @@ void CParamInfo::SetDefault(double value) {
 void CParamInfo::SetMax(double max) {
     if (!Replace(m_Max, max))
         return;
-    UpdateLinearMapper();
+    m_LinearMapper.SetMax(max);
     m_Changed.Notify();
 }
 
@@ -89,7 +90,7 @@ void CParamInfo::Copy(const IConstParamInfo& other) {
     m_Name.Set(other.GetName());
     m_Type = other.GetType();
     m_Unit.Set(other.GetUnit());
-    UpdateLinearMapper();
+    m_LinearMapper = CLinearPositionMapper(m_Type, m_Min, m_Max);
     TakeValueToText(other.GetValueToText().Clone(), true);
     TakePositionMapper(other.GetPositionMapper().Clone(), true);
     m_Changed.Notify();
@@ -117,10 +118,6 @@ void CParamInfo::TakePositionMapper(IParamPositionMapper* mapper, bool owned) {
 void CParamInfo::SetText(CNullableText& field, const char* text) {
     field.Set(text);
     m_Changed.Notify();
-}
-
-void CParamInfo::UpdateLinearMapper() {
-    m_LinearMapper = CLinearPositionMapper(m_Type, m_Min, m_Max);
 }
 
 } // namespace Lathe::DataModel::Objects

@@ -101,7 +101,6 @@ private:
     void TakeValueToText(IParamValueToText* valueToText, bool owned);
     void TakePositionMapper(IParamPositionMapper* mapper, bool owned);
     void SetText(CNullableText& field, const char* text);
-    void UpdateLinearMapper();
 
     EParamType m_Type;
     CNullableText m_Name;

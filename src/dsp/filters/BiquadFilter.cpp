@@ -1,5 +1,6 @@
 #include "dsp/filters/BiquadFilter.h"
 
+#include "core/Differs.h"
 #include "dsp/filters/BiquadSample.h"
 #include "dsp/filters/ResponseCurves.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
@@ -22,11 +23,6 @@ const CCurveInfos& GetBiquadCurves() {
         return infos;
     }();
     return curves;
-}
-
-// NaN is no change.
-bool Differs(double a, double b) {
-    return a < b || a > b;
 }
 
 } // namespace
@@ -86,9 +82,11 @@ bool CBiquadFilter::UpdateOutputs() {
 bool CBiquadFilter::UpdateResponse(Algorithm::CBiquadFrequencyResponse& response) {
     response.m_InvSampleRate = m_InvSampleRate;
     const SBiquadCoefficients& c = m_Coefficients;
-    if (!Differs(c.m_b0, response.m_InputCoeff0) && !Differs(c.m_b1, response.m_InputCoeff1) &&
-        !Differs(c.m_b2, response.m_InputCoeff2) && !Differs(c.m_a1, response.m_OutputCoeff1) &&
-        !Differs(c.m_a2, response.m_OutputCoeff2))
+    if (!Core::Differs(c.m_b0, response.m_InputCoeff0) &&
+        !Core::Differs(c.m_b1, response.m_InputCoeff1) &&
+        !Core::Differs(c.m_b2, response.m_InputCoeff2) &&
+        !Core::Differs(c.m_a1, response.m_OutputCoeff1) &&
+        !Core::Differs(c.m_a2, response.m_OutputCoeff2))
         return false;
     response.m_InputCoeff0 = c.m_b0;
     response.m_InputCoeff1 = c.m_b1;

@@ -13,7 +13,7 @@ namespace Lathe::Audio::DSP::Filters {
 template <class TRamp, class TComputeCoefficients>
 void CBiquadFilter::ProcessRamped(TRamp& ramp, int samples, int rampOrders,
                                   TComputeCoefficients computeCoefficients) LATHE_REALTIME {
-    std::array<SBiquadCoefficients, 32> chunk;
+    std::array<SBiquadCoefficients, 16> chunk;
     SBiquadCoefficients coefficients = m_Coefficients;
     auto [current, first, second] = ramp;
     for (int start = 0; start < samples; start += static_cast<int>(chunk.size())) {

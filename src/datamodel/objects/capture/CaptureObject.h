@@ -87,17 +87,6 @@ public:
 
 namespace Lathe::DataModel::Objects {
 
-using DataModel::TICaptureObject;
-using DataModel::TICaptureObjectFactory;
-using DataModel::TICaptureObjectWrapper;
-using DataModel::TICaptureValue;
-using DataModel::TICaptureValueFactory;
-using DataModel::TIConstCaptureObject;
-using DataModel::TIConstCaptureObjectFactory;
-using DataModel::TIConstCaptureObjectWrapper;
-using DataModel::TIConstCaptureValue;
-using DataModel::TIConstCaptureValueFactory;
-
 // The five kinds, each with its value type and its description.
 using IConstCaptureParam = TIConstCaptureObject<double, IConstParamInfo>;
 using ICaptureParam = TICaptureObject<double, IConstParamInfo>;

@@ -1,5 +1,7 @@
 #include "datamodel/objects/capture/CaptureParam.h"
 
+#include "core/Differs.h"
+
 namespace Lathe::DataModel::Objects {
 
 CCaptureParam::CCaptureParam() : m_InfoChangedCommand(*this, &CCaptureParam::OnInfoChanged) {
@@ -24,7 +26,7 @@ double CCaptureParam::Clamp(double value) const {
 }
 
 void CCaptureParam::Store(double value) {
-    if (!(value < m_Value) && !(value > m_Value))
+    if (!Core::Differs(value, m_Value))
         return;
     m_Value = value;
     NotifyValueChanged();

@@ -67,10 +67,3 @@ public:
 };
 
 } // namespace Lathe::DataModel
-
-namespace Lathe::DataModel::Objects {
-
-using DataModel::TCaptureValueWrapper;
-using DataModel::TConstCaptureValueWrapper;
-
-} // namespace Lathe::DataModel::Objects

@@ -2,6 +2,7 @@
 // reader and a writer that know where in the object the part is.
 #pragma once
 
+#include "core/Differs.h"
 #include "core/SaturatingCast.h"
 #include "datamodel/objects/capture/CaptureObject.h"
 #include "datamodel/objects/capture/CaptureState.h"
@@ -37,7 +38,7 @@ inline const char* ToParamValue(const char* value) {
 template <class TSet>
 TSet FromParamValue(double value) {
     if constexpr (std::is_same_v<TSet, bool>)
-        return value < 0.0 || value > 0.0;
+        return Core::Differs(value, 0.0);
     else if constexpr (std::is_floating_point_v<TSet>)
         return static_cast<TSet>(value);
     else

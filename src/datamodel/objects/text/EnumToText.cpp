@@ -1,8 +1,8 @@
 #include "datamodel/objects/text/EnumToText.h"
 
-#include "core/SaturatingCast.h"
 #include "datamodel/objects/text/TextParser.h"
 
+#include <cmath>
 #include <string_view>
 
 namespace Lathe::DataModel::Objects {
@@ -25,9 +25,9 @@ void CEnumToText::Set(const char* names, int firstValue) {
 }
 
 char* CEnumToText::ToText(double value) const {
-    // Through 64 bits: the difference of two ints needs not be one.
-    const long long index = static_cast<long long>(Core::TruncateToInt(value + 0.5)) - m_FirstValue;
-    const bool inside = index >= 0 && index < m_Names.GetCount();
+    const double index = std::trunc(value + 0.5) - m_FirstValue;
+    // A NaN is neither.
+    const bool inside = index >= 0.0 && index < m_Names.GetCount();
     return Core::NewText(inside ? m_Names[static_cast<int>(index)].GetText() : "Out Of Bounds");
 }
 

@@ -1,6 +1,7 @@
 // Text of a whole number by a list of names.
 #pragma once
 
+#include "core/containers/DynamicVector.h"
 #include "core/text/CharString.h"
 #include "datamodel/objects/text/ParamText.h"
 

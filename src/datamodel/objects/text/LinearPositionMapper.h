@@ -1,6 +1,7 @@
 // Positions in proportion to the value.
 #pragma once
 
+#include "core/Differs.h"
 #include "datamodel/objects/ParamType.h"
 #include "datamodel/objects/text/PositionMapper.h"
 
@@ -22,7 +23,7 @@ public:
     void SetMax(double max);
 
 private:
-    bool IsEmpty() const { return !(m_Min < m_Max) && !(m_Min > m_Max); }
+    bool IsEmpty() const { return !Core::Differs(m_Min, m_Max); }
     void UpdateScale();
 
     EParamType m_Type = EParamType::Float;

@@ -16,7 +16,7 @@ double CLogPositionMapper::ValueToPosition(double value) const {
     const double constrained = ParamConstrain(value, m_Min, m_Max, m_Type);
     if (!StartsAtZero())
         return std::log(constrained / m_Min) * m_Scale;
-    return !(value < m_Max) && !(value > m_Max) ? 1.0 : 0.0;
+    return Core::Differs(value, m_Max) ? 0.0 : 1.0;
 }
 
 double CLogPositionMapper::PositionToValue(double position) const {

@@ -1,6 +1,7 @@
 // Positions in proportion to the logarithm of the value, as for frequencies.
 #pragma once
 
+#include "core/Differs.h"
 #include "datamodel/objects/ParamType.h"
 #include "datamodel/objects/text/PositionMapper.h"
 
@@ -18,8 +19,8 @@ public:
     CLogPositionMapper* Clone() const override;
 
 private:
-    bool IsEmpty() const { return !(m_Min < m_Max) && !(m_Min > m_Max); }
-    bool StartsAtZero() const { return !(m_Min < 0.0) && !(m_Min > 0.0); }
+    bool IsEmpty() const { return !Core::Differs(m_Min, m_Max); }
+    bool StartsAtZero() const { return !Core::Differs(m_Min, 0.0); }
 
     EParamType m_Type;
     double m_Min;

@@ -7,8 +7,8 @@
 
 namespace Lathe::DataModel::Objects {
 
-// The description uses this object's conversion from the first text on: either it dies first, or
-// it gets another conversion before this object dies.
+// The description uses this object's conversion from the first text on: it dies before this object,
+// or gets another conversion before that.
 class CParamTextEnumValueBuilderString : public CCaptureString {
 public:
     // The description is not owned.

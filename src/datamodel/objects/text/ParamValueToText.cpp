@@ -1,9 +1,9 @@
 #include "datamodel/objects/text/ParamValueToText.h"
 
 #include "core/SaturatingCast.h"
+#include "datamodel/objects/text/NumberPrinter.h"
 #include "datamodel/objects/text/TextParser.h"
 
-#include <algorithm>
 #include <cmath>
 #include <iterator>
 
@@ -31,7 +31,7 @@ double RoundToDigits(double value, int digits) {
 // The prefix to print, with the value brought to its unit.
 const char* TakePrefix(double& value) {
     const int thousands = Core::TruncateToInt(std::log10(value)) / 3;
-    // Zero, negative and infinite values end up outside.
+    // Zero and infinite values end up outside; negative ones have a NaN, which truncates to 0.
     if (thousands < FirstPrefix || thousands > LastPrefix)
         return "";
     value *= static_cast<double>(std::pow(10.0f, static_cast<float>(-3 * thousands)));
@@ -49,25 +49,17 @@ void DropTrailingZeros(std::string& text) {
 } // namespace
 
 char* CParamValueToText::ToText(double value) const {
-    const std::string_view pattern = m_Pattern.GetText();
     std::string text;
-    for (std::size_t at = 0; at < pattern.size();) {
-        const std::size_t open = std::min(pattern.find('{', at), pattern.size());
-        text += pattern.substr(at, open - at);
-        const std::string_view rest = pattern.substr(open);
-        const std::size_t close = rest.find('}');
+    for (std::string_view rest = m_Pattern.GetText(); !rest.empty();) {
+        const std::size_t close = rest.starts_with('{') ? rest.find('}') : std::string_view::npos;
+        std::string_view part = rest.substr(0, close == std::string_view::npos ? 1 : close + 1);
         if (rest.starts_with("{{")) {
+            part = rest.substr(0, 2);
             text += '{';
-            at = open + 2;
-        } else if (close == std::string_view::npos) {
-            text += rest;
-            at = pattern.size();
-        } else {
-            const std::string_view name = rest.substr(0, close + 1);
-            if (!AppendPlaceholder(name, value, text))
-                text += name;
-            at = open + name.size();
+        } else if (!AppendPlaceholder(part, value, text)) {
+            text += part;
         }
+        rest.remove_prefix(part.size());
     }
     return Core::NewText(text);
 }

@@ -2,7 +2,6 @@
 
 #include "core/text/NumericLocale.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -17,26 +16,6 @@ struct SSwitchWord {
 
 constexpr SSwitchWord SwitchWords[] = {{"true", 1.0}, {"yes", 1.0}, {"false", 0.0}, {"no", 0.0}};
 
-bool ParseFloat(const char* text, double* value) {
-    const Core::CNumericLocaleScope locale;
-    char* end = nullptr;
-    const double number = std::strtod(text, &end);
-    if (end == text)
-        return false;
-    *value = number;
-    return true;
-}
-
-bool ParseInteger(const char* text, double* value) {
-    const Core::CNumericLocaleScope locale;
-    char* end = nullptr;
-    const long number = std::strtol(text, &end, 10);
-    if (end == text)
-        return false;
-    *value = static_cast<double>(number);
-    return true;
-}
-
 bool ParseSwitchWord(const char* text, double* value) {
     for (const SSwitchWord& row : SwitchWords) {
         if (std::strcmp(text, row.m_Word) == 0) {
@@ -47,56 +26,19 @@ bool ParseSwitchWord(const char* text, double* value) {
     return false;
 }
 
-// Skips up to three digits: enough for any number, and too few to ask for gigabytes of blanks.
-const char* SkipSize(const char* format) {
-    for (int i = 0; i < 3 && *format >= '0' && *format <= '9'; ++i)
-        ++format;
-    return format;
-}
-
-// Formats come from files, and printf trusts its format blindly.
-bool IsSafeFormat(const char* format) {
-    bool converted = false;
-    for (; *format; ++format) {
-        if (*format != '%')
-            continue;
-        ++format;
-        if (*format == '%')
-            continue;
-        format = SkipSize(format + std::strspn(format, "#+- 0"));
-        if (*format == '.')
-            format = SkipSize(format + 1);
-        if (converted || !*format || !std::strchr("aAeEfFgG", *format))
-            return false;
-        converted = true;
-    }
-    return true;
-}
-
 } // namespace
 
 bool ParseParamText(const char* text, EParamType type, double* value) {
     if (!text)
         return false;
-    if (!IsDiscrete(type))
-        return ParseFloat(text, value);
-    return ParseInteger(text, value) || (IsSwitch(type) && ParseSwitchWord(text, value));
-}
-
-std::string PrintNumber(const char* format, double value) {
     const Core::CNumericLocaleScope locale;
-    if (!IsSafeFormat(format))
-        format = GetDefaultFormat(EParamType::Float);
-    // The second pass is for the few texts that the first can't hold.
-    std::string text(64, '\0');
-    const int length = std::snprintf(text.data(), text.size() + 1, format, value);
-    if (length < 0)
-        return {};
-    const bool fits = static_cast<std::size_t>(length) <= text.size();
-    text.resize(static_cast<std::size_t>(length));
-    if (!fits)
-        std::snprintf(text.data(), text.size() + 1, format, value);
-    return text;
+    char* end = nullptr;
+    const double number = IsDiscrete(type) ? static_cast<double>(std::strtol(text, &end, 10))
+                                           : std::strtod(text, &end);
+    if (end == text)
+        return IsSwitch(type) && ParseSwitchWord(text, value);
+    *value = number;
+    return true;
 }
 
 } // namespace Lathe::DataModel::Objects
