@@ -6,7 +6,6 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace CairnHost {
@@ -53,13 +52,9 @@ CStatus COutputFile::Open(const std::string& path) {
             ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, s_NewFileMode);
         if (m_Descriptor >= 0) {
             m_Temporary = temporary.string();
-            // Who could not read the old file can't read the new one.
-            if (fs::exists(status) &&
-                ::fchmod(m_Descriptor, static_cast<mode_t>(status.permissions())) != 0) {
-                const int reason = errno;
-                Discard();
-                return Fail(reason);
-            }
+            // As far as the file system keeps permissions, those of the old file stay.
+            if (fs::exists(status))
+                fs::permissions(temporary, status.permissions(), error);
             return {};
         }
         if (errno != EEXIST)
