@@ -39,7 +39,9 @@ if(CAIRN_SANITIZER STREQUAL "address")
         -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(cairn_flags INTERFACE -fsanitize=address,undefined)
 elseif(CAIRN_SANITIZER STREQUAL "thread")
-    target_compile_options(cairn_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_compile_options(cairn_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer
+        # Instrumented, the same concatenations seem to leave their arrays.
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds>)
     target_link_options(cairn_flags INTERFACE -fsanitize=thread)
 elseif(CAIRN_SANITIZER STREQUAL "realtime")
     target_compile_options(cairn_flags INTERFACE -fsanitize=realtime -fno-omit-frame-pointer)

@@ -13,10 +13,10 @@ namespace CairnHost {
 namespace {
 
 // Blocks can be as small as one frame: the library is called for this many at once.
-constexpr int kChunkFrames = 4096;
+constexpr int s_ChunkFrames = 4096;
 
 // Formats that can't know their length promise this much.
-constexpr std::int64_t kUnknownFrameCount = SF_COUNT_MAX;
+constexpr std::int64_t s_UnknownFrameCount = SF_COUNT_MAX;
 
 // Why the library didn't open a file. It takes a header without channels or with a rate of 0 for a
 // fault of its own.
@@ -56,9 +56,9 @@ CStatus CAudioReader::Open(const std::string& path) {
                       " Hz: expected at least 1"};
     m_SampleRate = info.samplerate;
     m_ChannelCount = info.channels;
-    m_FrameCount = info.frames < 0 || info.frames == kUnknownFrameCount ? 0 : info.frames;
+    m_FrameCount = info.frames < 0 || info.frames == s_UnknownFrameCount ? 0 : info.frames;
     m_FramesRead = 0;
-    m_Chunk.resize(kChunkFrames * static_cast<std::size_t>(m_ChannelCount));
+    m_Chunk.resize(s_ChunkFrames * static_cast<std::size_t>(m_ChannelCount));
     m_ChunkStart = m_ChunkEnd = 0;
     return {};
 }
@@ -67,7 +67,7 @@ TResult<int> CAudioReader::Read(float* left, float* right, int frames) {
     const std::size_t channels = static_cast<std::size_t>(m_ChannelCount);
     for (int i = 0; i < frames; ++i) {
         if (m_ChunkStart == m_ChunkEnd) {
-            const sf_count_t count = sf_readf_float(m_File.get(), m_Chunk.data(), kChunkFrames);
+            const sf_count_t count = sf_readf_float(m_File.get(), m_Chunk.data(), s_ChunkFrames);
             if (count <= 0) {
                 if (sf_error(m_File.get()) != SF_ERR_NO_ERROR)
                     return SFault{m_Path + ": is damaged after frame " +

@@ -48,6 +48,8 @@ private:
     std::unique_ptr<sf_private_tag, SClose> m_File;
     std::vector<float> m_Chunk;
     std::size_t m_ChunkSize = 0;
+    std::int64_t m_FrameCount = 0;
+    bool m_CanBeEmpty = true;
     // The largest magnitude that the format holds; infinite for float samples.
     float m_FullScale = 1.0f;
     std::int64_t m_LimitedCount = 0;

@@ -10,14 +10,14 @@
 namespace CairnHost {
 namespace {
 
-constexpr const char* kHeader = "frame,parameter,value";
-constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
+constexpr const char* s_Header = "frame,parameter,value";
+constexpr const char* s_ByteOrderMark = "\xEF\xBB\xBF";
 // A line this long is no automation; a binary file given by mistake has such lines.
-constexpr std::size_t kMaxLineLength = 1000;
+constexpr std::size_t s_MaxLineLength = 1000;
 
 bool IsHeader(const std::string& line) {
     const auto fields = SplitCsvLine(line);
-    const auto expected = Split(kHeader, ',');
+    const auto expected = Split(s_Header, ',');
     if (!fields || fields->size() != expected.size())
         return false;
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -32,7 +32,7 @@ TResult<SAutomationEvent> ReadEvent(const std::string& line, const CParameterTab
     if (!fields)
         return SFault{"a quote isn't closed at the end of its field"};
     if (fields->size() != 3)
-        return SFault{"has " + std::to_string(fields->size()) + " fields: expected " + kHeader};
+        return SFault{"has " + std::to_string(fields->size()) + " fields: expected " + s_Header};
     const auto frame = ParseInteger((*fields)[0]);
     if (!frame || *frame < 0)
         return SFault{"frame \"" + (*fields)[0] + "\": expected a whole number from 0 on"};
@@ -65,17 +65,17 @@ TResult<std::vector<SAutomationEvent>> ReadAutomationFile(const std::string& pat
             text.append(", line ").append(std::to_string(number)).append(": ").append(why);
             return SFault{std::move(text)};
         };
-        if (number == 1 && line.starts_with(kByteOrderMark))
-            line.erase(0, std::strlen(kByteOrderMark));
+        if (number == 1 && line.starts_with(s_ByteOrderMark))
+            line.erase(0, std::strlen(s_ByteOrderMark));
         if (line.ends_with('\r'))
             line.pop_back();
-        if (line.size() > kMaxLineLength)
-            return refuse("is too long: expected " + std::string(kHeader));
+        if (line.size() > s_MaxLineLength)
+            return refuse("is too long: expected " + std::string(s_Header));
         if (Trim(line).empty())
             continue;
         if (!hasHeader) {
             if (!IsHeader(line))
-                return refuse("expected the header " + std::string(kHeader));
+                return refuse("expected the header " + std::string(s_Header));
             hasHeader = true;
             continue;
         }
@@ -90,7 +90,7 @@ TResult<std::vector<SAutomationEvent>> ReadAutomationFile(const std::string& pat
     if (file.bad())
         return SFault{path + ": can't be read: " + std::strerror(errno)};
     if (!hasHeader)
-        return SFault{path + ": is empty: expected the header " + kHeader};
+        return SFault{path + ": is empty: expected the header " + s_Header};
     return events;
 }
 

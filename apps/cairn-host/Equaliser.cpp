@@ -14,15 +14,15 @@ namespace {
 
 namespace DSP = Lathe::Audio::DSP;
 
-constexpr int kChannels = 2;
-constexpr int kMaxVariationsOrder = 1;
+constexpr int s_Channels = 2;
+constexpr int s_MaxVariationsOrder = 1;
 // A block without a sample above this is silent, and need not be filtered.
-constexpr double kSilence = 1e-10;
+constexpr double s_Silence = 1e-10;
 
 bool IsSilent(const float* samples, int count) {
     for (int i = 0; i < count; ++i) {
         // NaN is signal too.
-        if (!(static_cast<double>(std::abs(samples[i])) <= kSilence))
+        if (!(static_cast<double>(std::abs(samples[i])) <= s_Silence))
             return false;
     }
     return true;
@@ -51,8 +51,8 @@ struct CEqualiser::SState {
     PluginsFilters::CDualCairnEQ m_Filter;
     CParameterTable m_Parameters = DescribeParameters(m_Filter);
     DSP::CFilterPropertiesVariations m_Variations;
-    std::array<DSP::CAudioStream, kChannels> m_Inputs;
-    std::array<DSP::CAudioStream, kChannels> m_Outputs;
+    std::array<DSP::CAudioStream, s_Channels> m_Inputs;
+    std::array<DSP::CAudioStream, s_Channels> m_Outputs;
 };
 
 CEqualiser::CEqualiser() : m_State(std::make_unique<SState>()) {}
@@ -68,10 +68,10 @@ void CEqualiser::Prepare(double sampleRate, int maxBlockSize,
     DSP::CFilterInitInfo info;
     info.m_ResetToDefaults = true;
     info.m_MaxBlockSize = maxBlockSize;
-    info.m_MaxVariationsOrder = kMaxVariationsOrder;
+    info.m_MaxVariationsOrder = s_MaxVariationsOrder;
     state.m_Filter.Init(sampleRate, info);
 
-    state.m_Variations.Setup(state.m_Filter, kMaxVariationsOrder);
+    state.m_Variations.Setup(state.m_Filter, s_MaxVariationsOrder);
     DSP::CFilterProperties& end = state.m_Variations.GetEnd();
     end.SetDefaults(state.m_Filter);
     for (const SSetting& setting : settings)
@@ -100,8 +100,8 @@ void CEqualiser::Process(float* inputLeft, float* inputRight, float* outputLeft,
     state.m_Inputs[1].Aim(inputRight, frames);
     state.m_Outputs[0].Aim(outputLeft, frames);
     state.m_Outputs[1].Aim(outputRight, frames);
-    const DSP::CAudioStreams inputs(state.m_Inputs.data(), kChannels, false);
-    DSP::CAudioStreams outputs(state.m_Outputs.data(), kChannels, false);
+    const DSP::CAudioStreams inputs(state.m_Inputs.data(), s_Channels, false);
+    DSP::CAudioStreams outputs(state.m_Outputs.data(), s_Channels, false);
 
     DSP::CFilterProcessData data;
     data.m_pInputs = &inputs;

@@ -6,10 +6,10 @@
 namespace CairnHost {
 namespace {
 
-volatile std::sig_atomic_t g_Signal = 0;
+volatile std::sig_atomic_t s_Signal = 0;
 
 void OnSignal(int signal) {
-    g_Signal = signal;
+    s_Signal = signal;
 }
 
 } // namespace
@@ -32,13 +32,13 @@ void WatchForInterrupt() {
 }
 
 bool IsInterrupted() {
-    return g_Signal != 0;
+    return s_Signal != 0;
 }
 
 void FollowInterrupt() {
-    if (g_Signal != 0) {
-        std::signal(g_Signal, SIG_DFL);
-        std::raise(g_Signal);
+    if (s_Signal != 0) {
+        std::signal(s_Signal, SIG_DFL);
+        std::raise(s_Signal);
     }
 }
 

@@ -11,8 +11,8 @@
 namespace CairnHost {
 namespace {
 
-constexpr int kMaxAttempts = 100;
-constexpr int kNewFileMode = 0666; // The user's mask takes away from it.
+constexpr int s_MaxAttempts = 100;
+constexpr int s_NewFileMode = 0666; // The user's mask takes away from it.
 
 } // namespace
 
@@ -45,13 +45,16 @@ CStatus COutputFile::Open(const std::string& path) {
             return Fail(error.value());
     }
     m_Target = target.string();
-    for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
+    for (int attempt = 0; attempt < s_MaxAttempts; ++attempt) {
         const fs::path temporary = target.parent_path() / (".cairn-" + std::to_string(::getpid()) +
                                                            "-" + std::to_string(attempt) + ".part");
         m_Descriptor =
-            ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+            ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, s_NewFileMode);
         if (m_Descriptor >= 0) {
             m_Temporary = temporary.string();
+            // As far as the file system keeps permissions, those of the old file stay.
+            if (fs::exists(status))
+                fs::permissions(temporary, status.permissions(), error);
             return {};
         }
         if (errno != EEXIST)

@@ -10,7 +10,7 @@ namespace CairnHost {
 namespace {
 
 // How many names of values are listed in a message.
-constexpr double kMaxListedValues = 8.0;
+constexpr double s_MaxListedValues = 8.0;
 
 // The conversion knows the text as one of its names, or as a number that the user finished.
 bool IsReadWhole(const SParameter& parameter, const std::string& text, double value) {
@@ -34,7 +34,7 @@ std::string ValueToText(const SParameter& parameter, double value) {
 }
 
 std::string DescribeRange(const SParameter& parameter) {
-    if (parameter.m_Discrete && parameter.m_Max - parameter.m_Min < kMaxListedValues) {
+    if (parameter.m_Discrete && parameter.m_Max - parameter.m_Min < s_MaxListedValues) {
         std::string names = ValueToText(parameter, parameter.m_Min);
         for (double value = parameter.m_Min + 1.0; value <= parameter.m_Max; value += 1.0)
             names += (value < parameter.m_Max ? ", " : " or ") + ValueToText(parameter, value);

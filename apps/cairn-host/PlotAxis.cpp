@@ -10,18 +10,18 @@
 namespace CairnHost {
 namespace {
 
-constexpr double kLeastReach = 6.0;
-constexpr double kMostReach = 200.0;
-constexpr double kMostSteps = 10.0;
-constexpr std::array<double, 7> kSteps = {1.0, 2.0, 3.0, 6.0, 10.0, 20.0, 50.0};
+constexpr double s_LeastReach = 6.0;
+constexpr double s_MostReach = 200.0;
+constexpr double s_MostSteps = 10.0;
+constexpr std::array<double, 7> s_Steps = {1.0, 2.0, 3.0, 6.0, 10.0, 20.0, 50.0};
 // Of a step: a curve that touches the frame can't be told from one that leaves it.
-constexpr double kRoom = 0.1;
-constexpr int kLeastLabels = 3;
-constexpr int kMostLabels = 8;
+constexpr double s_Room = 0.1;
+constexpr int s_LeastLabels = 3;
+constexpr int s_MostLabels = 8;
 
 // Round numbers to both sides of a level scale's end; `step` in dB.
 double FitEdge(double reach, double step) {
-    return std::max(std::ceil(kLeastReach / step), std::ceil(reach / step + kRoom)) * step;
+    return std::max(std::ceil(s_LeastReach / step), std::ceil(reach / step + s_Room)) * step;
 }
 
 // 1, 2 or 5 times a power of ten, so that at most `most` of them fit into the width.
@@ -61,14 +61,14 @@ SDecibelAxis FitDecibelAxis(const std::vector<const std::vector<double>*>& curve
         for (const double value : *curve) {
             if (!std::isfinite(value))
                 continue;
-            min = std::min(min, std::max(value, -kMostReach));
-            max = std::max(max, std::min(value, kMostReach));
+            min = std::min(min, std::max(value, -s_MostReach));
+            max = std::max(max, std::min(value, s_MostReach));
         }
     }
     SDecibelAxis axis = {};
-    for (const double step : kSteps) {
+    for (const double step : s_Steps) {
         axis = {-FitEdge(-min, step), FitEdge(max, step), step};
-        if (axis.m_Max - axis.m_Min <= kMostSteps * step)
+        if (axis.m_Max - axis.m_Min <= s_MostSteps * step)
             break;
     }
     return axis;
@@ -78,14 +78,15 @@ std::vector<STick> GetFrequencyTicks(double from, double to) {
     for (const char* digits : {"125", "123456789"}) {
         std::vector<STick> ticks = GetDecadeTicks(from, to, digits);
         const auto labelled = [](const STick& tick) { return !tick.m_Label.empty(); };
-        if (std::count_if(ticks.begin(), ticks.end(), labelled) >= kLeastLabels)
+        if (std::count_if(ticks.begin(), ticks.end(), labelled) >= s_LeastLabels)
             return ticks;
     }
     // Too narrow for decades to show.
     std::vector<STick> ticks;
-    const double step = FitStep(to - from, kMostLabels);
-    for (double i = std::ceil(from / step); i * step <= to; i += 1.0)
-        ticks.push_back({i * step, FrequencyText(i * step)});
+    const double step = FitStep(to - from, s_MostLabels);
+    const double first = std::ceil(from / step);
+    for (int i = 0; i <= s_MostLabels && (first + i) * step <= to; ++i)
+        ticks.push_back({(first + i) * step, FrequencyText((first + i) * step)});
     return ticks;
 }
 

@@ -6,8 +6,8 @@
 namespace CairnHost {
 namespace {
 
-constexpr int kBarWidth = 30;
-constexpr std::chrono::milliseconds kDrawingPeriod(100);
+constexpr int s_BarWidth = 30;
+constexpr std::chrono::milliseconds s_DrawingPeriod(100);
 
 std::string TimeText(std::int64_t frames, int sampleRate) {
     const long long seconds = frames / sampleRate;
@@ -22,8 +22,8 @@ std::string ProgressText(std::int64_t done, std::int64_t total, int sampleRate) 
     if (total <= 0)
         return TimeText(done, sampleRate);
     const double part = std::min(1.0, static_cast<double>(done) / static_cast<double>(total));
-    std::string bar(kBarWidth, '.');
-    std::fill_n(bar.begin(), static_cast<int>(part * kBarWidth), '#');
+    std::string bar(s_BarWidth, '.');
+    std::fill_n(bar.begin(), static_cast<int>(part * s_BarWidth), '#');
     char text[128];
     std::snprintf(text, sizeof text, "[%s] %3d%%  %s of %s", bar.c_str(),
                   static_cast<int>(part * 100.0), TimeText(done, sampleRate).c_str(),
@@ -37,7 +37,7 @@ void CProgress::Update(std::int64_t done, std::int64_t total, int sampleRate) {
     const auto now = std::chrono::steady_clock::now();
     if (now < m_NextDrawing)
         return;
-    m_NextDrawing = now + kDrawingPeriod;
+    m_NextDrawing = now + s_DrawingPeriod;
     std::string text = ProgressText(done, total, sampleRate);
     const std::size_t width = text.size();
     text.resize(std::max(width, m_Width), ' ');

@@ -14,8 +14,8 @@
 namespace CairnHost {
 namespace {
 
-constexpr int kMaxBlockSize = 1 << 20;
-constexpr double kMaxTailSeconds = 24.0 * 60.0 * 60.0;
+constexpr int s_MaxBlockSize = 1 << 20;
+constexpr double s_MaxTailSeconds = 24.0 * 60.0 * 60.0;
 
 // Two channels of one block.
 struct SBlock {
@@ -69,9 +69,9 @@ TResult<SPlan> MakePlan(const SRenderOptions& options, const CParameterTable& pa
         return sizes.GetFault();
     plan.m_BlockSizes = *sizes;
     // Written so that NaN is refused too.
-    if (!(options.m_TailSeconds >= 0.0 && options.m_TailSeconds <= kMaxTailSeconds))
+    if (!(options.m_TailSeconds >= 0.0 && options.m_TailSeconds <= s_MaxTailSeconds))
         return SFault{"--tail " + FormatNumber(options.m_TailSeconds) +
-                      ": expected seconds from 0 to " + FormatNumber(kMaxTailSeconds)};
+                      ": expected seconds from 0 to " + FormatNumber(s_MaxTailSeconds)};
     if (!options.m_Subtype.empty()) {
         const TResult<ESubtype> subtype = ReadSubtype(options.m_Subtype);
         if (!subtype)
@@ -98,9 +98,9 @@ TResult<std::vector<int>> ReadBlockSizes(std::string_view text) {
     std::vector<int> sizes;
     for (const std::string_view piece : Split(text, ',')) {
         const auto size = ParseInteger(Trim(piece));
-        if (!size || *size < 1 || *size > kMaxBlockSize)
+        if (!size || *size < 1 || *size > s_MaxBlockSize)
             return SFault{"--block-size \"" + std::string(text) + "\": expected frames from 1 to " +
-                          std::to_string(kMaxBlockSize) + ", or several such numbers with commas"};
+                          std::to_string(s_MaxBlockSize) + ", or several such numbers with commas"};
         sizes.push_back(static_cast<int>(*size));
     }
     return sizes;
@@ -159,7 +159,7 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
     if (writer.GetLimitedCount() > 0)
         report.m_Notes.push_back(options.m_Output + ": " +
                                  std::to_string(writer.GetLimitedCount()) +
-                                 " samples beyond full scale were limited; a lower \"Gain\" or a "
+                                 " samples beyond full scale, or no numbers, were limited; a "
                                  ".wav of --subtype float keeps them");
     return report;
 }

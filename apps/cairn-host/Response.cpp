@@ -12,9 +12,11 @@
 namespace CairnHost {
 namespace {
 
-constexpr int kMinPoints = 2;
-constexpr int kMaxPoints = 100000;
-constexpr double kMaxFrequency = 1e9;
+constexpr int s_MinPoints = 2;
+constexpr int s_MaxPoints = 100000;
+// In Hz.
+constexpr double s_MinFrequency = 0.001;
+constexpr double s_MaxFrequency = 1e9;
 
 // What a picture shows of each channel.
 struct SCurveRow {
@@ -22,7 +24,7 @@ struct SCurveRow {
     const char* m_Label;
     ELineStyle m_Style;
 };
-constexpr std::array<SCurveRow, 4> kCurveRows = {{
+constexpr std::array<SCurveRow, 4> s_CurveRows = {{
     {"Frequency Response (Gain dB)", "whole channel", ELineStyle::Strong},
     {"Low Frequency Response (Gain dB)", "low band", ELineStyle::Dashed},
     {"Mid Frequency Response (Gain dB)", "mid band", ELineStyle::Dotted},
@@ -36,17 +38,17 @@ struct SChannelRow {
     double m_Colour[3];
 };
 // Blue and orange stay apart for all eyes.
-constexpr std::array<SChannelRow, 2> kChannelRows = {{
+constexpr std::array<SChannelRow, 2> s_ChannelRows = {{
     {" (1)", "Left", "Mid", {0.05, 0.36, 0.66}},
     {" (2)", "Right", "Side", {0.84, 0.33, 0.05}},
 }};
 
 CStatus CheckRange(const char* option, double value) {
     // Written so that NaN is refused too.
-    if (value > 0.0 && value <= kMaxFrequency)
+    if (value >= s_MinFrequency && value <= s_MaxFrequency)
         return {};
-    return SFault{std::string(option) + " " + FormatNumber(value) +
-                  ": expected Hz above 0, up to " + FormatNumber(kMaxFrequency)};
+    return SFault{std::string(option) + " " + FormatNumber(value) + ": expected Hz from " +
+                  FormatNumber(s_MinFrequency) + " to " + FormatNumber(s_MaxFrequency)};
 }
 
 CStatus CheckOptions(const SResponseOptions& options) {
@@ -59,9 +61,9 @@ CStatus CheckOptions(const SResponseOptions& options) {
     if (options.m_From >= options.m_To)
         return SFault{"--from " + FormatNumber(options.m_From) + ": expected less than --to, " +
                       FormatNumber(options.m_To)};
-    if (options.m_Points < kMinPoints || options.m_Points > kMaxPoints)
+    if (options.m_Points < s_MinPoints || options.m_Points > s_MaxPoints)
         return SFault{"--points " + std::to_string(options.m_Points) + ": expected " +
-                      std::to_string(kMinPoints) + " to " + std::to_string(kMaxPoints)};
+                      std::to_string(s_MinPoints) + " to " + std::to_string(s_MaxPoints)};
     return {};
 }
 
@@ -109,11 +111,11 @@ SPlot MakePlot(const CEqualiser& equaliser, std::vector<double> frequencies, dou
         plot.m_Title += " in " + ValueToText(parameter, value) + " mode";
         midSide = value > parameter.m_Min;
     }
-    std::array<std::size_t, kChannelRows.size()> sums = {};
-    for (std::size_t channel = 0; channel < kChannelRows.size(); ++channel) {
-        const SChannelRow& row = kChannelRows[channel];
+    std::array<std::size_t, s_ChannelRows.size()> sums = {};
+    for (std::size_t channel = 0; channel < s_ChannelRows.size(); ++channel) {
+        const SChannelRow& row = s_ChannelRows[channel];
         sums[channel] = plot.m_Series.size();
-        for (const SCurveRow& curve : kCurveRows) {
+        for (const SCurveRow& curve : s_CurveRows) {
             const int index = FindCurve(equaliser, std::string(curve.m_Name) + row.m_Suffix);
             if (index < 0)
                 continue;

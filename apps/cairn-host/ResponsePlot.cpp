@@ -16,31 +16,31 @@ namespace CairnHost {
 namespace {
 
 // All lengths are in pixels.
-constexpr double kWidth = 1200.0;
-constexpr double kHeight = 700.0;
-constexpr double kLeft = 84.0;
-constexpr double kRight = 36.0;
-constexpr double kTop = 92.0;
-constexpr double kUnderAxis = 74.0;
-constexpr double kLegendRowHeight = 28.0;
-constexpr double kLegendSample = 46.0;
-constexpr double kLegendGap = 10.0;
-constexpr double kBottomMargin = 14.0;
-constexpr double kLabelSize = 16.0;
-constexpr double kTitleSize = 24.0;
-constexpr const char* kFont = "sans-serif";
+constexpr double s_Width = 1200.0;
+constexpr double s_Height = 700.0;
+constexpr double s_Left = 84.0;
+constexpr double s_Right = 36.0;
+constexpr double s_Top = 92.0;
+constexpr double s_UnderAxis = 74.0;
+constexpr double s_LegendRowHeight = 28.0;
+constexpr double s_LegendSample = 46.0;
+constexpr double s_LegendGap = 10.0;
+constexpr double s_BottomMargin = 14.0;
+constexpr double s_LabelSize = 16.0;
+constexpr double s_TitleSize = 24.0;
+constexpr const char* s_Font = "sans-serif";
 
 struct SInk {
     double m_Red, m_Green, m_Blue, m_Alpha = 1.0;
 };
-constexpr SInk kPaper = {1.0, 1.0, 1.0};
-constexpr SInk kText = {0.13, 0.14, 0.16};
-constexpr SInk kQuietText = {0.34, 0.36, 0.40};
-constexpr SInk kFrame = {0.45, 0.47, 0.51};
-constexpr SInk kMajorLine = {0.82, 0.84, 0.87};
-constexpr SInk kMinorLine = {0.93, 0.94, 0.955};
-constexpr SInk kZeroLine = {0.50, 0.52, 0.56};
-constexpr SInk kOutOfReach = {0.945, 0.945, 0.95};
+constexpr SInk s_Paper = {1.0, 1.0, 1.0};
+constexpr SInk s_Text = {0.13, 0.14, 0.16};
+constexpr SInk s_QuietText = {0.34, 0.36, 0.40};
+constexpr SInk s_Frame = {0.45, 0.47, 0.51};
+constexpr SInk s_MajorLine = {0.82, 0.84, 0.87};
+constexpr SInk s_MinorLine = {0.93, 0.94, 0.955};
+constexpr SInk s_ZeroLine = {0.50, 0.52, 0.56};
+constexpr SInk s_OutOfReach = {0.945, 0.945, 0.95};
 
 struct SPen {
     double m_Width;
@@ -80,20 +80,20 @@ public:
             curves.push_back(&series.m_Values);
         }
         m_Axis = FitDecibelAxis(curves);
-        m_Bottom = kHeight - kBottomMargin - kLegendRowHeight * rows - kUnderAxis;
+        m_Bottom = s_Height - s_BottomMargin - s_LegendRowHeight * rows - s_UnderAxis;
         m_From = plot.m_Frequencies.front();
         m_To = plot.m_Frequencies.back();
     }
 
     void Paint() {
-        SetInk(kPaper);
+        SetInk(s_Paper);
         cairo_paint(m_Cairo);
         PaintGrid();
         PaintCurves();
-        SetInk(kFrame);
+        SetInk(s_Frame);
         cairo_set_line_width(m_Cairo, 1.0);
-        cairo_rectangle(m_Cairo, kLeft + 0.5, kTop + 0.5, kWidth - kRight - kLeft - 1.0,
-                        m_Bottom - kTop - 1.0);
+        cairo_rectangle(m_Cairo, s_Left + 0.5, s_Top + 0.5, s_Width - s_Right - s_Left - 1.0,
+                        m_Bottom - s_Top - 1.0);
         cairo_stroke(m_Cairo);
         PaintTexts();
         PaintLegend();
@@ -101,12 +101,12 @@ public:
 
 private:
     double ToX(double frequency) const {
-        return kLeft +
-               std::log(frequency / m_From) / std::log(m_To / m_From) * (kWidth - kRight - kLeft);
+        return s_Left + std::log(frequency / m_From) / std::log(m_To / m_From) *
+                            (s_Width - s_Right - s_Left);
     }
     double ToY(double level) const {
         return m_Bottom -
-               (level - m_Axis.m_Min) / (m_Axis.m_Max - m_Axis.m_Min) * (m_Bottom - kTop);
+               (level - m_Axis.m_Min) / (m_Axis.m_Max - m_Axis.m_Min) * (m_Bottom - s_Top);
     }
 
     void SetInk(const SInk& ink) {
@@ -119,7 +119,7 @@ private:
         cairo_set_dash(m_Cairo, pen.m_Dashes.data(), static_cast<int>(pen.m_Dashes.size()), 0.0);
     }
     void SetFont(double size, bool bold = false) {
-        cairo_select_font_face(m_Cairo, kFont, CAIRO_FONT_SLANT_NORMAL,
+        cairo_select_font_face(m_Cairo, s_Font, CAIRO_FONT_SLANT_NORMAL,
                                bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
         cairo_set_font_size(m_Cairo, size);
     }
@@ -137,35 +137,35 @@ private:
     }
     // Hairlines stand on half pixels, so that they stay sharp.
     void VerticalLine(double x) {
-        cairo_move_to(m_Cairo, std::floor(x) + 0.5, kTop);
+        cairo_move_to(m_Cairo, std::floor(x) + 0.5, s_Top);
         cairo_line_to(m_Cairo, std::floor(x) + 0.5, m_Bottom);
         cairo_stroke(m_Cairo);
     }
     void HorizontalLine(double y) {
-        cairo_move_to(m_Cairo, kLeft, std::floor(y) + 0.5);
-        cairo_line_to(m_Cairo, kWidth - kRight, std::floor(y) + 0.5);
+        cairo_move_to(m_Cairo, s_Left, std::floor(y) + 0.5);
+        cairo_line_to(m_Cairo, s_Width - s_Right, std::floor(y) + 0.5);
         cairo_stroke(m_Cairo);
     }
 
     void PaintGrid() {
         const double reach = std::clamp(m_Plot.m_Nyquist, m_From, m_To);
         if (reach < m_To) {
-            SetInk(kOutOfReach);
-            cairo_rectangle(m_Cairo, ToX(reach), kTop, kWidth - kRight - ToX(reach),
-                            m_Bottom - kTop);
+            SetInk(s_OutOfReach);
+            cairo_rectangle(m_Cairo, ToX(reach), s_Top, s_Width - s_Right - ToX(reach),
+                            m_Bottom - s_Top);
             cairo_fill(m_Cairo);
         }
         cairo_set_line_width(m_Cairo, 1.0);
-        SetFont(kLabelSize);
+        SetFont(s_LabelSize);
         double labelEnd = 0.0;
         for (const STick& tick : GetFrequencyTicks(m_From, m_To)) {
             const double x = ToX(tick.m_Frequency);
-            SetInk(tick.m_Label.empty() ? kMinorLine : kMajorLine);
+            SetInk(tick.m_Label.empty() ? s_MinorLine : s_MajorLine);
             VerticalLine(x);
             const double width = GetWidth(tick.m_Label);
             if (tick.m_Label.empty() || x - width / 2.0 < labelEnd)
                 continue;
-            SetInk(kText);
+            SetInk(s_Text);
             Text(x, m_Bottom + 24.0, tick.m_Label, EAlign::Middle);
             labelEnd = x + width / 2.0 + 8.0;
         }
@@ -174,10 +174,10 @@ private:
         for (int i = 0; i <= steps; ++i) {
             const double level = m_Axis.m_Min + i * m_Axis.m_Step;
             const bool zero = std::abs(level) < m_Axis.m_Step / 2.0;
-            SetInk(zero ? kZeroLine : kMajorLine);
+            SetInk(zero ? s_ZeroLine : s_MajorLine);
             HorizontalLine(ToY(level));
-            SetInk(kText);
-            Text(kLeft - 12.0, ToY(level) + kLabelSize * 0.35,
+            SetInk(s_Text);
+            Text(s_Left - 12.0, ToY(level) + s_LabelSize * 0.35,
                  zero ? "0" : (level > 0.0 ? "+" : "\u2212") + FormatNumber(std::abs(level)),
                  EAlign::End);
         }
@@ -185,7 +185,7 @@ private:
 
     void PaintCurves() {
         cairo_save(m_Cairo);
-        cairo_rectangle(m_Cairo, kLeft, kTop, kWidth - kRight - kLeft, m_Bottom - kTop);
+        cairo_rectangle(m_Cairo, s_Left, s_Top, s_Width - s_Right - s_Left, m_Bottom - s_Top);
         cairo_clip(m_Cairo);
         cairo_set_line_join(m_Cairo, CAIRO_LINE_JOIN_ROUND);
         // The strong lines lie on top.
@@ -221,23 +221,23 @@ private:
     }
 
     void PaintTexts() {
-        SetInk(kText);
-        SetFont(kTitleSize, true);
-        Text(kLeft, 44.0, m_Plot.m_Title, EAlign::Start);
-        SetInk(kQuietText);
-        SetFont(kLabelSize);
-        Text(kLeft, 72.0, m_Plot.m_Subtitle, EAlign::Start);
-        Text(kWidth - kRight, m_Bottom + 50.0, "Frequency (Hz)", EAlign::End);
+        SetInk(s_Text);
+        SetFont(s_TitleSize, true);
+        Text(s_Left, 44.0, m_Plot.m_Title, EAlign::Start);
+        SetInk(s_QuietText);
+        SetFont(s_LabelSize);
+        Text(s_Left, 72.0, m_Plot.m_Subtitle, EAlign::Start);
+        Text(s_Width - s_Right, m_Bottom + 50.0, "Frequency (Hz)", EAlign::End);
         if (m_Plot.m_Nyquist < m_To) {
             const std::string text =
                 "no signal above " + FormatNumber(m_Plot.m_Nyquist / 1000.0) + " kHz";
             // Where the mark is too narrow for its text, the text ends at the frame.
-            const double x = std::max(ToX(std::max(m_Plot.m_Nyquist, m_From)), kLeft) + 10.0;
-            Text(std::min(x, kWidth - kRight - 10.0 - GetWidth(text)), kTop + 24.0, text,
+            const double x = std::max(ToX(std::max(m_Plot.m_Nyquist, m_From)), s_Left) + 10.0;
+            Text(std::min(x, s_Width - s_Right - 10.0 - GetWidth(text)), s_Top + 24.0, text,
                  EAlign::Start);
         }
         cairo_save(m_Cairo);
-        cairo_translate(m_Cairo, 26.0, (kTop + m_Bottom) / 2.0);
+        cairo_translate(m_Cairo, 26.0, (s_Top + m_Bottom) / 2.0);
         cairo_rotate(m_Cairo, -std::acos(0.0));
         Text(0.0, 0.0, "Gain (dB)", EAlign::Middle);
         cairo_restore(m_Cairo);
@@ -245,7 +245,7 @@ private:
 
     // Rows of samples with their names; columns are as wide as their widest name.
     void PaintLegend() {
-        SetFont(kLabelSize);
+        SetFont(s_LabelSize);
         std::vector<double> columns;
         std::vector<std::size_t> filled;
         const auto nextColumn = [&filled](int row) {
@@ -259,17 +259,18 @@ private:
         }
         filled.clear();
         for (const SPlotSeries& series : m_Plot.m_Series) {
-            double x = kLeft;
+            double x = s_Left;
             const std::size_t column = nextColumn(series.m_LegendRow);
             for (std::size_t i = 0; i < column; ++i)
-                x += kLegendSample + kLegendGap + columns[i] + 3.0 * kLegendGap;
-            const double y = m_Bottom + kUnderAxis + kLegendRowHeight * (series.m_LegendRow + 0.5);
+                x += s_LegendSample + s_LegendGap + columns[i] + 3.0 * s_LegendGap;
+            const double y =
+                m_Bottom + s_UnderAxis + s_LegendRowHeight * (series.m_LegendRow + 0.5);
             SetPen(series);
             cairo_move_to(m_Cairo, x, y);
-            cairo_line_to(m_Cairo, x + kLegendSample, y);
+            cairo_line_to(m_Cairo, x + s_LegendSample, y);
             cairo_stroke(m_Cairo);
-            SetInk(kText);
-            Text(x + kLegendSample + kLegendGap, y + kLabelSize * 0.35, series.m_Name,
+            SetInk(s_Text);
+            Text(x + s_LegendSample + s_LegendGap, y + s_LabelSize * 0.35, series.m_Name,
                  EAlign::Start);
         }
         cairo_set_dash(m_Cairo, nullptr, 0, 0.0);
@@ -305,9 +306,9 @@ CStatus DrawPlot(const SPlot& plot, const std::string& path) {
         EqualsIgnoringCase(std::filesystem::path(path).extension().string(), ".svg");
     // Declared after the output, which it may write to until it goes.
     const std::unique_ptr<cairo_surface_t, SDestroySurface> surface(
-        vector ? cairo_svg_surface_create_for_stream(WriteBytes, &output, kWidth, kHeight)
-               : cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(kWidth),
-                                            static_cast<int>(kHeight)));
+        vector ? cairo_svg_surface_create_for_stream(WriteBytes, &output, s_Width, s_Height)
+               : cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(s_Width),
+                                            static_cast<int>(s_Height)));
     {
         const std::unique_ptr<cairo_t, SDestroyCairo> cairo(cairo_create(surface.get()));
         CPainter(cairo.get(), plot).Paint();

@@ -1,5 +1,6 @@
 #include "cairn-host/Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>

@@ -9,25 +9,25 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
 #include <iostream>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
 
 using namespace CairnHost;
 
-enum EExitStatus : int { kDone = 0, kInputAtFault = 1, kUsage = 2 };
+enum EExitStatus : int { Done = 0, InputAtFault = 1, Usage = 2 };
 
 int Complain(const SFault& fault) {
     std::cerr << "cairn-host: " << OneLine(fault.m_Text) << '\n';
-    return kInputAtFault;
+    return InputAtFault;
 }
 
 // The text goes out whole, or it is a failure: a full disk must not pass for a short list.
 int Print(const std::string& text) {
     std::cout << text << std::flush;
-    return std::cout ? kDone : Complain({"standard output: can't be written"});
+    return std::cout ? Done : Complain({"standard output: can't be written"});
 }
 
 int RunRender(const SRenderOptions& options, bool quiet) {
@@ -42,7 +42,7 @@ int RunRender(const SRenderOptions& options, bool quiet) {
         for (const std::string& note : report->m_Notes)
             std::cerr << "cairn-host: note: " << OneLine(note) << '\n';
     }
-    return kDone;
+    return Done;
 }
 
 int RunParams(bool json) {
@@ -53,7 +53,7 @@ int RunParams(bool json) {
 
 int RunResponse(const SResponseOptions& options) {
     const CStatus status = WriteResponse(options);
-    return status ? kDone : Complain(status.GetFault());
+    return status ? Done : Complain(status.GetFault());
 }
 
 int RunDemonstration(const std::string& folder) {
@@ -90,11 +90,13 @@ int main(int argc, char** argv) {
     bool quiet = false;
     CLI::App* renderCommand = app.add_subcommand("render", "Equalise an audio file");
     renderCommand->add_option("INPUT", render.m_Input, "Audio file of one or two channels")
+        ->type_name("FILE")
         ->check(CheckNotEmpty)
         ->required();
     renderCommand
         ->add_option("OUTPUT", render.m_Output,
                      "Two-channel file to write: .wav, .flac, .aiff or .ogg; can be INPUT")
+        ->type_name("FILE")
         ->check(CheckNotEmpty)
         ->required();
     AddSettings(*renderCommand, render.m_Settings);
@@ -141,7 +143,8 @@ int main(int argc, char** argv) {
     std::string folder;
     CLI::App* demoCommand =
         app.add_subcommand("demo", "Make a piece of audio, equalise it and draw the response");
-    demoCommand->add_option("FOLDER", folder, "Where the files go")
+    demoCommand->add_option("FOLDER", folder, "Where the files go; made when it isn't there")
+        ->type_name("PATH")
         ->check(CheckNotEmpty)
         ->required();
 
@@ -150,10 +153,16 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             app.exit(error); // Asked for help or the version.
-            return kDone;
+            return Done;
         }
-        std::cerr << "cairn-host: " << OneLine(error.what()) << " (see cairn-host --help)\n";
-        return kUsage;
+        // A word that is no sub-command says more than that there is none.
+        const std::vector<std::string> unknown = app.remaining();
+        const std::string what =
+            unknown.empty()
+                ? error.what()
+                : '"' + unknown.front() + "\": expected render, params, response or demo";
+        std::cerr << "cairn-host: " << OneLine(what) << " (see cairn-host --help)\n";
+        return Usage;
     }
 
     if (*renderCommand)

@@ -15,13 +15,13 @@ namespace {
 
 using namespace CairnHost;
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double s_Infinity = std::numeric_limits<double>::infinity();
 
 TEST(DecibelAxis, HoldsTheDataInFewRoundSteps) {
     const std::vector<double> cases[] = {
-        {0.0},        {-0.5, 0.5},         {6.0, -6.0},     {9.0},
-        {12.0, -3.0}, {-40.0, 40.0},       {-160.0, 160.0}, {-7.3},
-        {-kInfinity}, {std::nan(""), 3.0}, {23.9, -0.1},    {1e9},
+        {0.0},         {-0.5, 0.5},         {6.0, -6.0},     {9.0},
+        {12.0, -3.0},  {-40.0, 40.0},       {-160.0, 160.0}, {-7.3},
+        {-s_Infinity}, {std::nan(""), 3.0}, {23.9, -0.1},    {1e9},
     };
     for (const std::vector<double>& values : cases) {
         SCOPED_TRACE(values.front());
@@ -56,37 +56,28 @@ TEST(FrequencyTicks, AreRoundAndFewAndNeverNone) {
     EXPECT_EQ(labels(1001.0, 1003.5), "1.001k 1.0015k 1.002k 1.0025k 1.003k 1.0035k ");
 }
 
-TEST(Frequencies, AscendInEqualRatiosBetweenExactEnds) {
-    const std::vector<double> frequencies = SpaceFrequencies(20.0, 22000.0, 700);
-    ASSERT_EQ(frequencies.size(), 700u);
-    EXPECT_EQ(frequencies.front(), 20.0);
-    EXPECT_EQ(frequencies.back(), 22000.0);
-    const double ratio = frequencies[1] / frequencies[0];
-    for (std::size_t i = 1; i < frequencies.size(); ++i)
-        ASSERT_NEAR(frequencies[i] / frequencies[i - 1], ratio, 1e-12); // Some roundings.
+// As narrow and as low as numbers go: few labels, and an end.
+TEST(FrequencyTicks, EndWhereNumbersHardlyDiffer) {
+    EXPECT_LE(GetFrequencyTicks(std::nextafter(1e9, 0.0), 1e9).size(), 9u);
+    EXPECT_LE(GetFrequencyTicks(0.001, std::nextafter(0.001, 1.0)).size(), 9u);
 }
 
-class Plot : public CFolderTest {
-protected:
-    static SPlot MakePlot() {
-        SPlot plot;
-        plot.m_Frequencies = SpaceFrequencies(20.0, 22000.0, 100);
-        plot.m_Nyquist = 24000.0;
-        plot.m_Series.push_back({"pure red", {1.0, 0.0, 0.0}, ELineStyle::Strong, 0, {}});
-        for (std::size_t i = 0; i < 100; ++i)
-            plot.m_Series[0].m_Values.push_back(i < 50 ? 3.0 : -kInfinity);
-        return plot;
-    }
-};
+class Plot : public CFolderTest {};
 
 TEST_F(Plot, CurveIsDrawnWhereItHasValues) {
-    ASSERT_TRUE(DrawPlot(MakePlot(), In("a.png")));
+    SPlot plot;
+    plot.m_Frequencies = SpaceFrequencies(20.0, 22000.0, 100);
+    plot.m_Nyquist = 24000.0;
+    plot.m_Series.push_back({"pure red", {1.0, 0.0, 0.0}, ELineStyle::Strong, 0, {}});
+    for (std::size_t i = 0; i < 100; ++i)
+        plot.m_Series[0].m_Values.push_back(i < 50 ? 3.0 : -s_Infinity);
+    ASSERT_TRUE(DrawPlot(plot, In("a.svg")));
+    EXPECT_NE(ReadBytes("a.svg").find("<svg"), std::string::npos);
+    ASSERT_TRUE(DrawPlot(plot, In("a.png")));
     cairo_surface_t* picture = cairo_image_surface_create_from_png(In("a.png").c_str());
     ASSERT_EQ(cairo_surface_status(picture), CAIRO_STATUS_SUCCESS);
     const int width = cairo_image_surface_get_width(picture);
     const int height = cairo_image_surface_get_height(picture);
-    EXPECT_EQ(width, 1200);
-    EXPECT_EQ(height, 700);
     // Of the upper half, which holds no legend: the columns and rows with the curve's pure colour.
     int columns[2] = {0, 0};
     int rows = 0;
@@ -104,18 +95,6 @@ TEST_F(Plot, CurveIsDrawnWhereItHasValues) {
     EXPECT_GT(columns[0], 500);
     EXPECT_EQ(columns[1], 0);
     EXPECT_LE(rows, 4); // A level curve: no line falls to where the values end.
-}
-
-TEST_F(Plot, IsVectorsByExtensionAndFailsOnAFullDisk) {
-    ASSERT_TRUE(DrawPlot(MakePlot(), In("a.svg")));
-    EXPECT_NE(ReadBytes("a.svg").find("<svg"), std::string::npos);
-    for (const char* name : {"full.svg", "full.png"}) {
-        std::filesystem::create_symlink("/dev/full", In(name));
-        const CStatus status = DrawPlot(MakePlot(), In(name));
-        ASSERT_FALSE(status);
-        EXPECT_NE(status.GetFault().m_Text.find("No space left"), std::string::npos)
-            << status.GetFault().m_Text;
-    }
 }
 
 } // namespace

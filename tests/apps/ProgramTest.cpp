@@ -23,15 +23,6 @@ protected:
         std::filesystem::remove(In("stderr"));
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
-    // The table that `response` wrote, without its header.
-    std::vector<std::vector<std::string>> ReadTable(const std::string& name) {
-        std::vector<std::vector<std::string>> rows;
-        std::istringstream lines(ReadBytes(name));
-        std::string line;
-        for (std::getline(lines, line); std::getline(lines, line);)
-            rows.push_back(CairnHost::SplitCsvLine(line).value());
-        return rows;
-    }
     void CheckFails(const std::string& arguments, int status, const std::string& part) {
         SCOPED_TRACE(arguments);
         const std::vector<std::string> before = List();
@@ -48,12 +39,13 @@ protected:
 };
 
 TEST_F(Program, FaultsAreOneLineEachAndLeaveNothing) {
-    WriteAudio("in.wav", {48000, std::vector<float>(2000, 0.1f), std::vector<float>(2000, 0.1f)});
-    Write("text.wav", "no audio\n");
+    WriteAudio("in.wav", MakeLevel(2000, 0.1f));
+    WriteAudio("none.wav", {});
     Write("bad.csv", "frame,parameter,value\n0,Mid (1),99\n");
     Write("events.csv", "frame,parameter,value\n0,Mid (1),9\n");
     Write("file", "");
-    std::filesystem::create_symlink("/dev/full", In("full.wav"));
+    for (const char* name : {"full.wav", "full.png", "full.svg"})
+        std::filesystem::create_symlink("/dev/full", In(name));
     struct SCase {
         const char* m_Arguments;
         int m_Status;
@@ -61,24 +53,20 @@ TEST_F(Program, FaultsAreOneLineEachAndLeaveNothing) {
     };
     const SCase cases[] = {
         {"", 2, "--help"},
-        {"polish", 2, "--help"},
+        {"polish", 2, "\"polish\": expected render"},
         {"render in.wav", 2, "OUTPUT"},
-        {"render in.wav out.wav extra", 2, "--help"},
         {"render in.wav out.wav --louder", 2, "--louder"},
         {"render in.wav out.wav --tail soon", 2, "--tail"},
         {"response", 2, "--output"},
         {"response -o a.csv --points many", 2, "--points"},
         {"render missing.wav out.wav", 1, "missing.wav: can't be read: No such file"},
-        {"render text.wav out.wav", 1, "text.wav: isn't an audio file"},
+        {"render none.wav out.ogg", 1, "out.ogg: such files can't be empty"},
         {"render in.wav out.xyz", 1, "out.xyz: unknown extension"},
-        {"render in.wav out", 1, "out: unknown extension"},
         {"render in.wav nowhere/out.wav", 1, "nowhere/out.wav: can't be written: No such file"},
         {"render in.wav file/out.wav", 1, "file/out.wav: can't be written: Not a directory"},
         {"render in.wav full.wav", 1, "full.wav: can't be written: No space left"},
-        {"render in.wav out.flac --subtype float", 1, "expected pcm24 or pcm16"},
         {"render in.wav out.wav --subtype mp3", 1, "expected float, pcm24 or pcm16"},
         {"render in.wav out.wav --block-size 0", 1, "--block-size \"0\""},
-        {"render in.wav out.wav --block-size 64,,64", 1, "--block-size"},
         {"render in.wav out.wav --block-size 99999999999", 1, "from 1 to 1048576"},
         {"render in.wav out.wav --tail -1", 1, "--tail -1: expected seconds"},
         {"render in.wav out.wav --tail nan", 1, "--tail nan"},
@@ -86,11 +74,12 @@ TEST_F(Program, FaultsAreOneLineEachAndLeaveNothing) {
         {"render in.wav out.wav --set 'Mid (1)=1' --set 'x\ny=1'", 1, "\"x?y\""},
         {"render in.wav out.wav --automation bad.csv", 1, "bad.csv, line 2: \"99\""},
         {"render in.wav out.wav --automation none.csv", 1, "none.csv: can't be read"},
+        {"response -o full.png", 1, "full.png: can't be written: No space left"},
+        {"response -o full.svg", 1, "full.svg: can't be written: No space left"},
         {"response -o a.txt", 1, "expected .csv, .png or .svg"},
         {"response -o a.csv --points 1", 1, "--points 1: expected 2 to"},
-        {"response -o a.csv --points 0", 1, "--points 0"},
         {"response -o a.csv --from 500 --to 500", 1, "--from 500: expected less than --to"},
-        {"response -o a.csv --from -5", 1, "--from -5"},
+        {"response -o a.csv --from 1e-9", 1, "--from 1e-09: expected Hz from 0.001"},
         {"response -o a.csv --rate 0", 1, "--rate 0"},
         {"response -o nowhere/a.png", 1, "nowhere/a.png: can't be written"},
         {"response -o a.png --set Loud=1", 1, "no parameter is called \"Loud\""},
@@ -101,8 +90,7 @@ TEST_F(Program, FaultsAreOneLineEachAndLeaveNothing) {
 }
 
 TEST_F(Program, DiskThatFillsUpHalfWayLeavesTheOldFile) {
-    const std::vector<float> level(200000, 0.1f);
-    WriteAudio("in.wav", {48000, level, level});
+    WriteAudio("in.wav", MakeLevel(200000, 0.1f));
     Write("out.wav", "old");
     EXPECT_EQ(Run("render in.wav out.wav", "ulimit -f 100 &&"), 1);
     EXPECT_EQ(m_Error, "cairn-host: out.wav: can't be written: File too large\n");
@@ -111,12 +99,13 @@ TEST_F(Program, DiskThatFillsUpHalfWayLeavesTheOldFile) {
 }
 
 TEST_F(Program, RendersQuietlyWhereNobodyWatches) {
-    WriteAudio("in.wav", {48000, std::vector<float>(2000, 0.5f), std::vector<float>(2000, 0.5f)});
+    WriteAudio("in.wav", MakeLevel(2000, 0.5f));
     EXPECT_EQ(Run("render in.wav out.flac --set 'Gain (1)=+1 dB' --set 7=1"), 0);
     EXPECT_EQ(m_Output + m_Error, "");
     EXPECT_NEAR(ReadAudio("out.flac").m_Right.back(), 0.5 * std::pow(10.0, 0.05), 1e-5);
     EXPECT_EQ(Run("render in.wav out.flac --set 'Gain (1)=+20'"), 0);
-    EXPECT_NE(m_Error.find("2000 samples beyond full scale were limited"), std::string::npos);
+    EXPECT_NE(m_Error.find("2000 samples beyond full scale, or no numbers, were limited"),
+              std::string::npos);
     EXPECT_EQ(Run("render --quiet in.wav out.flac --set 'Gain (1)=+20'"), 0);
     EXPECT_EQ(m_Error, "");
 }
@@ -135,13 +124,18 @@ TEST_F(Program, ResponseHoldsAllCurvesAtExactFrequencies) {
     ASSERT_EQ(Run("response -o a.csv --from 1000 --to 9000 --points 3 --rate 16000 "
                   "--set 'Frequency (2)=3000' --set 'Mid (2)=-7.5'"),
               0);
-    const auto rows = ReadTable("a.csv");
-    ASSERT_EQ(rows.size(), 3u);
-    const double frequencies[] = {1000.0, 3000.0, 9000.0};
-    for (std::size_t i = 0; i < 3; ++i) {
-        ASSERT_EQ(rows[i].size(), 13u);
-        EXPECT_NEAR(std::atof(rows[i][0].c_str()), frequencies[i], 1e-6);
+    std::istringstream lines(ReadBytes("a.csv"));
+    std::string line;
+    std::getline(lines, line);
+    std::vector<std::vector<std::string>> rows;
+    while (std::getline(lines, line)) {
+        rows.push_back(CairnHost::SplitCsvLine(line).value());
+        ASSERT_EQ(rows.back().size(), 13u);
     }
+    ASSERT_EQ(rows.size(), 3u);
+    EXPECT_EQ(rows[0][0], "1000");
+    EXPECT_NEAR(std::atof(rows[1][0].c_str()), 3000.0, 1e-6);
+    EXPECT_EQ(rows[2][0], "9000");
     // Column 2 is channel (1) in dB, 8 channel (2), 10 its mid band; 9000 Hz is beyond Nyquist.
     EXPECT_NEAR(std::atof(rows[1][2].c_str()), 0.0, 1e-6);
     EXPECT_NEAR(std::atof(rows[1][8].c_str()), -7.5, 1e-6);
@@ -158,17 +152,14 @@ TEST_F(Program, DemoFillsItsFolderAndTellsInThreeLines) {
     const SAudio after = ReadAudio("new/folder/demo-equalised.wav");
     ASSERT_EQ(before.m_Left.size(), 288000u);
     ASSERT_EQ(after.m_Left.size(), 288000u);
-    float peak = 0.0f;
     double sum = 0.0;
     double change = 0.0;
     for (std::size_t i = 0; i < before.m_Left.size(); ++i) {
-        peak = std::max({peak, std::abs(before.m_Left[i]), std::abs(before.m_Right[i])});
         sum += std::pow(before.m_Left[i], 2);
         change += std::pow(after.m_Left[i] - before.m_Left[i], 2);
         EXPECT_LT(std::abs(after.m_Left[i]), 1.0f);
     }
-    EXPECT_NEAR(20.0 * std::log10(peak), -9.0, 0.01);
-    EXPECT_LT(std::abs(before.m_Left.front()) + std::abs(before.m_Left.back()), 1e-3f);
+    EXPECT_GT(sum, 100.0) << "as good as silent";
     EXPECT_GT(change, 0.05 * sum) << "nobody would hear that";
     EXPECT_GT(std::filesystem::file_size(In("new/folder/demo-response.png")), 10000u);
 }

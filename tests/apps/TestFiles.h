@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <stdlib.h>
 #include <string>
@@ -23,6 +24,22 @@ struct SAudio {
 
     bool operator==(const SAudio&) const = default;
 };
+
+// White noise within +-0.9, the same on every run.
+inline SAudio MakeNoise(std::size_t frames) {
+    SAudio audio;
+    std::mt19937 generator(1);
+    std::uniform_real_distribution<float> sample(-0.9f, 0.9f);
+    for (std::size_t i = 0; i < frames; ++i) {
+        audio.m_Left.push_back(sample(generator));
+        audio.m_Right.push_back(sample(generator));
+    }
+    return audio;
+}
+
+inline SAudio MakeLevel(std::size_t frames, float level) {
+    return {48000, std::vector<float>(frames, level), std::vector<float>(frames, level)};
+}
 
 class CFolderTest : public testing::Test {
 protected:
@@ -48,14 +65,13 @@ protected:
         return bytes.str();
     }
 
-    std::string WriteAudio(const std::string& name, const SAudio& audio,
-                           std::optional<CairnHost::ESubtype> subtype = std::nullopt) const {
+    void WriteAudio(const std::string& name, const SAudio& audio,
+                    std::optional<CairnHost::ESubtype> subtype = std::nullopt) const {
         CairnHost::CAudioWriter writer;
         const int frames = static_cast<int>(audio.m_Left.size());
         EXPECT_TRUE(writer.Open(In(name), audio.m_SampleRate, subtype, frames));
         EXPECT_TRUE(writer.Write(audio.m_Left.data(), audio.m_Right.data(), frames));
         EXPECT_TRUE(writer.Close());
-        return In(name);
     }
     SAudio ReadAudio(const std::string& name) const {
         CairnHost::CAudioReader reader;
@@ -64,13 +80,13 @@ protected:
         SAudio audio;
         audio.m_SampleRate = reader.GetSampleRate();
         // An odd size, so that the reader's own chunks never fit.
-        constexpr std::size_t kPiece = 777;
-        for (std::size_t count = kPiece; status && count == kPiece;) {
+        constexpr std::size_t s_Piece = 777;
+        for (std::size_t count = s_Piece; status && count == s_Piece;) {
             const std::size_t start = audio.m_Left.size();
-            audio.m_Left.resize(start + kPiece);
-            audio.m_Right.resize(start + kPiece);
+            audio.m_Left.resize(start + s_Piece);
+            audio.m_Right.resize(start + s_Piece);
             const auto read =
-                reader.Read(&audio.m_Left[start], &audio.m_Right[start], static_cast<int>(kPiece));
+                reader.Read(&audio.m_Left[start], &audio.m_Right[start], static_cast<int>(s_Piece));
             EXPECT_TRUE(read) << read.GetFault().m_Text;
             count = read ? static_cast<std::size_t>(*read) : 0;
             audio.m_Left.resize(start + count);
