@@ -131,6 +131,11 @@ void TranslateHighShelf(const IConstParamsValues& from, double sampleRate, IPara
     to.SetValue(1, from.GetValue(High));
 }
 
+const CProcessInfo& GetMonoProcessInfo() {
+    static const CProcessInfo info(1, 1);
+    return info;
+}
+
 constexpr unsigned Uses(EParam param) {
     return 1u << param;
 }
@@ -179,7 +184,7 @@ constexpr CCairnEQ::SStage CCairnEQ::SStage::LowShelfStage = {
 constexpr CCairnEQ::SStage CCairnEQ::SStage::HighShelfStage = {
     2, TranslateHighShelf, {Uses(Frequency) | Uses(Bandwidth), Uses(High)}, true};
 
-CCairnEQ::CCairnEQ() {
+CCairnEQ::CCairnEQ() : m_ProcessInfo(GetMonoProcessInfo()) {
     m_InputParamsInfo = GetParamInfos();
     m_OutputCurvesInfo = GetCurveInfos();
     WireOutputs();
@@ -187,6 +192,7 @@ CCairnEQ::CCairnEQ() {
 
 CCairnEQ::CCairnEQ(const CCairnEQ& other)
     : CBaseCoreDSPFilter(other),
+      m_ProcessInfo(other.m_ProcessInfo),
       m_Gain(other.m_Gain),
       m_LowShelf(other.m_LowShelf),
       m_Peak(other.m_Peak),
@@ -229,8 +235,7 @@ const IConstFilterProductInfo& CCairnEQ::GetProductInfo() const {
 }
 
 const IProcessInfo& CCairnEQ::GetProcessInfo() const {
-    static const CProcessInfo info(1, 1);
-    return info;
+    return m_ProcessInfo;
 }
 
 void CCairnEQ::Init(double sampleRate, const CFilterInitInfo& info) {

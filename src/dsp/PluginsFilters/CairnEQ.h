@@ -56,6 +56,8 @@ private:
                         const DSP::IConstFilterPropertiesVariations* variations, int samples)
         LATHE_REALTIME;
 
+    // Shared by all channels; held from construction, so that the audio thread never builds it.
+    const DSP::CProcessInfo& m_ProcessInfo;
     DSP::Filters::CGain m_Gain{1};
     DSP::Filters::CLowShelfFilter m_LowShelf{1};
     DSP::Filters::CPeakFilter m_Peak{1};

@@ -261,7 +261,8 @@ private:
             SetModeValue(data.m_pVariations->GetEnd().GetParams(), 0);
     }
 
-    void SizeScratch(int samples) LATHE_REALTIME {
+    // Allocates beyond the largest size so far: a block larger than Init was told of.
+    void SizeScratch(int samples) {
         for (int i = 0; i < 2; ++i)
             m_Scratch[i].SetSize(samples);
     }
