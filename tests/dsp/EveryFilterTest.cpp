@@ -1,0 +1,252 @@
+// Proves what every filter owes its owner, from the gain stage to the whole equaliser: neither
+// blocks nor memory layout show in the samples, ramps land, copies go on, silence and Reset forget.
+
+#include "dsp/FilterTestSupport.h"
+#include "dsp/PluginsFilters/DualCairnEQ.h"
+#include "support/AllocationCounter.h"
+
+#include <memory>
+
+namespace Lathe::Audio::DSP {
+
+using namespace Testing;
+
+struct SFilter {
+    const char* m_Name;
+    int m_Channels;
+    std::unique_ptr<IFilter> (*m_Make)(int channels);
+    CValues m_Start;
+    CValues m_End;
+};
+
+template <class T>
+std::unique_ptr<IFilter> Make(int channels) {
+    if constexpr (std::is_constructible_v<T, int>)
+        return std::make_unique<T>(channels);
+    else
+        return std::make_unique<T>();
+}
+
+const SFilter s_Filters[] = {
+    {"Gain", 3, Make<Filters::CGain>, {3.0}, {-12.0}},
+    {"Peak", 3, Make<Filters::CPeakFilter>, {500.0, 1.0, 12.0}, {3000.0, 0.3, -20.0}},
+    {"LowShelf", 3, Make<Filters::CLowShelfFilter>, {300.0, 12.0}, {2000.0, -30.0}},
+    {"HighShelf", 3, Make<Filters::CHighShelfFilter>, {3000.0, -12.0}, {9000.0, 20.0}},
+    {"CairnEQ",
+     1,
+     Make<PluginsFilters::CCairnEQ>,
+     {3.0, 1000.0, 2.0, 9.0, -6.0, 11.0},
+     {-6.0, 4000.0, 1.0, -5.0, 8.0, -12.0}},
+    {"DualCairnEQ",
+     2,
+     Make<PluginsFilters::CDualCairnEQ>,
+     {0.0, 3.0, 1000.0, 2.0, 9.0, -6.0, 11.0, -3.0, 400.0, 2.0, 6.0, -4.0, 2.5},
+     {1.0, -6.0, 4000.0, 1.0, -5.0, 8.0, -12.0, 2.0, 3000.0, 0.7, -8.0, 12.0, 9.0}},
+};
+
+// A filter at its start values, with its driver.
+struct SDriven {
+    explicit SDriven(const SFilter& test, int channels = 0, int maxBlockSize = 4096)
+        : m_Filter(test.m_Make(channels > 0 ? channels : test.m_Channels)),
+          m_Rig(*m_Filter, 44100.0, maxBlockSize) {
+        m_Rig.Set(test.m_Start);
+    }
+    // Takes over from the other's filter.
+    explicit SDriven(const SDriven& other)
+        : m_Filter(other.m_Filter->Clone()), m_Rig(*m_Filter, other.m_Rig) {}
+
+    CValues SampleCurves() {
+        m_Filter->UpdateOutputs();
+        CValues samples;
+        for (int curve = 0; curve < m_Filter->GetOutputCurves().GetCount(); ++curve) {
+            for (double frequency : {31.0, 440.0, 2500.0, 17000.0})
+                samples.push_back(m_Filter->GetOutputCurves().GetValue(curve).Evaluate(frequency));
+        }
+        return samples;
+    }
+
+    std::unique_ptr<IFilter> m_Filter;
+    CRig m_Rig;
+};
+
+class EveryFilter : public testing::TestWithParam<SFilter> {
+protected:
+    // A steady block, a ramped one and a steady one.
+    CSignals RunLayout(const CSignals& input, int inputStride, int outputStride, bool inPlace) {
+        const int channels = static_cast<int>(input.size());
+        SDriven driven(m_Test, channels);
+        CBuffers inputs(input, inputStride);
+        CBuffers outputs(channels, 300, 0.0f, outputStride);
+        CBuffers& to = inPlace ? inputs : outputs;
+        for (int block = 0; block < 3; ++block) {
+            if (block == 1)
+                driven.m_Rig.Move(m_Test.m_End);
+            inputs.Aim(100 * block, 100);
+            outputs.Aim(100 * block, 100);
+            driven.m_Rig.Process(&inputs, to, 100);
+        }
+        return to.Read();
+    }
+
+    CRandom m_Random;
+    const SFilter& m_Test = GetParam();
+    const CSignals m_Input = m_Random.Noise(m_Test.m_Channels, 300);
+    SDriven m_Driven{m_Test};
+};
+INSTANTIATE_TEST_SUITE_P(, EveryFilter, testing::ValuesIn(s_Filters),
+                         [](const auto& test) { return std::string(test.param.m_Name); });
+
+TEST_P(EveryFilter, DoesNotDependOnTheSizeOfBlocks) {
+    const CSignals expected = m_Driven.m_Rig.Run(m_Input);
+    for (int maxBlockSize : {0, 60}) { // The host may not tell it.
+        SDriven parts(m_Test, 0, maxBlockSize);
+        std::vector<int> blocks(20);
+        for (int& samples : blocks)
+            samples = static_cast<int>(m_Random.Between(0.0, 60.0));
+        EXPECT_EQ(parts.m_Rig.Run(m_Input, blocks), expected);
+    }
+}
+
+TEST_P(EveryFilter, GivesTheSameBitsInEveryLayout) {
+    const CSignals all = RunLayout(m_Input, 1, 1, false);
+    EXPECT_EQ(RunLayout(m_Input, 3, 2, false), all);
+    EXPECT_EQ(RunLayout(m_Input, 1, 1, true), all);
+    EXPECT_EQ(RunLayout(m_Input, 2, 2, true), all);
+    for (std::size_t c = 0; m_Test.m_Channels == 3 && c < 3; ++c) {
+        EXPECT_EQ(RunLayout({m_Input[c]}, 1, 1, false), CSignals{all[c]});
+        EXPECT_EQ(RunLayout({m_Input[c]}, 1, 4, false), CSignals{all[c]});
+    }
+}
+
+TEST_P(EveryFilter, LandsARampOnItsEndValues) {
+    SDriven direct(m_Test);
+    direct.m_Rig.Set(m_Test.m_End);
+    const CValues curves = direct.SampleCurves();
+    const CSignals expected = direct.m_Rig.Run(m_Input);
+    for (int samples : {-1, 0, 1, 100}) {
+        SDriven ramped(m_Test);
+        ramped.m_Rig.Move(m_Test.m_End);
+        CBuffers block(m_Test.m_Channels, 100, 0.5f);
+        if (samples < 0)
+            EXPECT_FALSE(ramped.m_Rig.Process(nullptr, block, 100));
+        else
+            ramped.m_Rig.Process(&block, block, samples);
+        if (samples == 0) {
+            EXPECT_EQ(block.Read(), CBuffers(m_Test.m_Channels, 100, 0.5f).Read());
+        } else if (samples > 0) {
+            ramped.m_Filter->Reset();
+        }
+        EXPECT_EQ(ramped.SampleCurves(), curves) << samples;
+        EXPECT_EQ(ramped.m_Rig.Run(m_Input), expected) << samples;
+    }
+}
+
+TEST_P(EveryFilter, IsContinuedByACloneToTheBit) {
+    auto original = std::make_unique<SDriven>(m_Test);
+    original->m_Rig.Run(m_Input);
+    original->m_Rig.Move(m_Test.m_End);
+    SDriven clone(*original);
+    const CSignals expected = original->m_Rig.Run(m_Input, {200});
+    const CValues curves = original->SampleCurves();
+    const std::vector<int> dirty = TakeDirty(original->m_Filter->GetOutputCurvesDirty());
+    original.reset();
+    EXPECT_EQ(clone.m_Rig.Run(m_Input, {200}), expected);
+    EXPECT_EQ(clone.SampleCurves(), curves);
+    EXPECT_EQ(TakeDirty(clone.m_Filter->GetOutputCurvesDirty()), dirty);
+}
+
+TEST_P(EveryFilter, ForgetsTheSignalOnlyWhenItIsTold) {
+    const CSignals once = m_Driven.m_Rig.Run(m_Input);
+    const CSignals twice = SDriven(m_Driven).m_Rig.Run(m_Input);
+    CBuffers block(m_Test.m_Channels, 64, 9.0f);
+    EXPECT_FALSE(m_Driven.m_Rig.Process(nullptr, block, 0));
+    EXPECT_EQ(m_Driven.m_Rig.Run(m_Input), twice);
+    m_Driven.m_Filter->Reset();
+    EXPECT_EQ(m_Driven.m_Rig.Run(m_Input), once);
+    EXPECT_FALSE(m_Driven.m_Rig.Process(nullptr, block, 64));
+    EXPECT_EQ(block.Read(), CBuffers(m_Test.m_Channels, 64, 0.0f).Read());
+    EXPECT_EQ(m_Driven.m_Rig.Run(m_Input), once);
+}
+
+TEST_P(EveryFilter, KeepsWhatIsNotFiniteInItsChannelUntilReset) {
+    const CSignals clean = m_Driven.m_Rig.Run(m_Input);
+    for (float poison : {NAN, INFINITY, -INFINITY}) {
+        for (std::size_t hit = 0; hit < clean.size(); ++hit) {
+            CSignals hostile = m_Input;
+            hostile[hit][100] = poison;
+            m_Driven.m_Filter->Reset();
+            const CSignals output = m_Driven.m_Rig.Run(hostile);
+            for (std::size_t c = 0; c < clean.size(); ++c) {
+                EXPECT_EQ(std::isfinite(output[c][100]), c != hit);
+                EXPECT_TRUE(c == hit || output[c] == clean[c]);
+            }
+        }
+    }
+    m_Driven.m_Filter->Reset();
+    EXPECT_EQ(m_Driven.m_Rig.Run(m_Input), clean);
+}
+
+TEST_P(EveryFilter, EndsADecayInExactZeros) {
+    CSignals impulse(m_Input.size(), CSignal(20000, 0.0f));
+    for (CSignal& signal : impulse) {
+        signal[0] = 1.0f;
+        std::fill(signal.begin() + 15000, signal.begin() + 15100, 1e-40f);
+    }
+    for (const CSignal& output : m_Driven.m_Rig.Run(impulse)) {
+        EXPECT_NE(output[0], 0.0f);
+        EXPECT_TRUE(std::none_of(output.begin(), output.end(),
+                                 [](float s) { return std::fpclassify(s) == FP_SUBNORMAL; }));
+        EXPECT_EQ(CSignal(output.begin() + 15000, output.end()), CSignal(5000, 0.0f));
+    }
+}
+
+TEST_P(EveryFilter, IsTheIdentityByDefaultAndBeforeInit) {
+    const auto fresh = m_Test.m_Make(m_Test.m_Channels);
+    CRig early(*fresh, 0.0);
+    early.Set(m_Test.m_End);
+    CheckClose(early.Run(m_Input), m_Input, 1e-6);
+    CheckClose(CRig(*fresh).Run(m_Input), m_Input, 1e-6);
+}
+
+TEST_P(EveryFilter, StandsMissingChannelsAndMissingData) {
+    CBuffers all(m_Test.m_Channels, 16, 6.0f);
+    if (m_Test.m_Channels > 1) {
+        CBuffers few(m_Test.m_Channels - 1, 16, 5.0f);
+        m_Driven.m_Rig.Process(&few, all, 16);
+        m_Driven.m_Rig.Process(&all, few, 16);
+        m_Driven.m_Filter->Process(CFilterProcessData());
+        EXPECT_FALSE(m_Driven.m_Filter->ProcessSilence(CFilterProcessData()));
+        EXPECT_EQ(few.Read(), CBuffers(m_Test.m_Channels - 1, 16, 5.0f).Read());
+        EXPECT_EQ(all.Read(), CBuffers(m_Test.m_Channels, 16, 6.0f).Read());
+    }
+    // Streams without data read as silence and swallow what is written.
+    CAudioStream noData[3];
+    CAudioStreams nowhere(noData, m_Test.m_Channels, false);
+    m_Driven.m_Rig.Process(&nowhere, all, 16);
+    EXPECT_EQ(all.Read(), CBuffers(m_Test.m_Channels, 16, 0.0f).Read());
+    m_Driven.m_Rig.Process(&all, nowhere, 16);
+}
+
+TEST_P(EveryFilter, AllocatesNothingOnTheAudioPath) {
+    CBuffers buffers(m_Test.m_Channels, 512, 0.5f);
+    m_Driven.m_Rig.Process(&buffers, buffers, 16);
+    SDriven clone(m_Driven); // Has the room that the original had, whatever part was in use.
+    for (SDriven* driven : {&clone, &m_Driven}) {
+        const CAllocationScope scope;
+        for (int samples : {512, 0, 100}) {
+            driven->m_Rig.Move(m_Test.m_End);
+            driven->m_Rig.Process(&buffers, buffers, samples);
+            driven->m_Filter->UpdateOutputs();
+            driven->m_Rig.Process(&buffers, buffers, 512);
+            driven->m_Rig.Set(m_Test.m_Start);
+            driven->m_Rig.Move(m_Test.m_End);
+            driven->m_Rig.Process(nullptr, buffers, samples);
+            driven->m_Filter->ResetOutputs();
+            driven->m_Filter->Reset();
+        }
+        EXPECT_EQ(scope.GetCount(), 0);
+        EXPECT_EQ(scope.GetFreedCount(), 0);
+    }
+}
+
+} // namespace Lathe::Audio::DSP
