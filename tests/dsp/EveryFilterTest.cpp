@@ -6,43 +6,77 @@
 #include "support/AllocationCounter.h"
 
 #include <memory>
+#include <numbers>
+#include <utility>
 
 namespace Lathe::Audio::DSP {
 
 using namespace Testing;
 
+// b(z) / a(z) in powers of 1/z, not normalised.
+struct SPolynomials {
+    long double m_b[3];
+    long double m_a[3];
+};
+
+// The sections as the audio EQ cookbook prints them; 1/Q of the peak is its bandwidth, the slope of
+// the shelves is 1. Parameters are in the order of the filters.
+static SPolynomials MakeGain(long double, const CValues& p) {
+    return {{std::pow(10.0L, p[0] / 20.0L), 0, 0}, {1, 0, 0}};
+}
+static SPolynomials MakePeak(long double radiansPerHertz, const CValues& p) {
+    const long double w = radiansPerHertz * p[0];
+    const long double a = std::pow(10.0L, p[2] / 40.0L);
+    const long double alpha = std::sin(w) / 2 * p[1];
+    return {{1 + alpha * a, -2 * std::cos(w), 1 - alpha * a},
+            {1 + alpha / a, -2 * std::cos(w), 1 - alpha / a}};
+}
+// sign 1: the low shelf, -1: the high shelf.
+template <int sign>
+static SPolynomials MakeShelf(long double radiansPerHertz, const CValues& p) {
+    const long double w = radiansPerHertz * p[0];
+    const long double a = std::pow(10.0L, p[1] / 40.0L);
+    const long double beta = std::sqrt(2 * a) * std::sin(w);
+    const long double c = sign * std::cos(w);
+    return {{a * (a + 1 - (a - 1) * c + beta), sign * 2 * a * (a - 1 - (a + 1) * c),
+             a * (a + 1 - (a - 1) * c - beta)},
+            {a + 1 + (a - 1) * c + beta, sign * -2 * (a - 1 + (a + 1) * c),
+             a + 1 + (a - 1) * c - beta}};
+}
+
 struct SFilter {
     const char* m_Name;
     int m_Channels;
     std::unique_ptr<IFilter> (*m_Make)(int channels);
+    SPolynomials (*m_Oracle)(long double radiansPerHertz, const CValues& params);
     CValues m_Start;
     CValues m_End;
 };
 
 template <class T>
-std::unique_ptr<IFilter> Make(int channels) {
+static std::unique_ptr<IFilter> Make(int channels) {
     if constexpr (std::is_constructible_v<T, int>)
         return std::make_unique<T>(channels);
     else
         return std::make_unique<T>();
 }
 
-const SFilter s_Filters[] = {
-    {"Gain", 3, Make<Filters::CGain>, {3.0}, {-12.0}},
-    {"Peak", 3, Make<Filters::CPeakFilter>, {500.0, 1.0, 12.0}, {3000.0, 0.3, -20.0}},
-    {"LowShelf", 3, Make<Filters::CLowShelfFilter>, {300.0, 12.0}, {2000.0, -30.0}},
-    {"HighShelf", 3, Make<Filters::CHighShelfFilter>, {3000.0, -12.0}, {9000.0, 20.0}},
-    {"CairnEQ",
-     1,
-     Make<PluginsFilters::CCairnEQ>,
-     {3.0, 1000.0, 2.0, 9.0, -6.0, 11.0},
-     {-6.0, 4000.0, 1.0, -5.0, 8.0, -12.0}},
-    {"DualCairnEQ",
-     2,
-     Make<PluginsFilters::CDualCairnEQ>,
+using namespace Filters;
+using namespace PluginsFilters;
+
+// clang-format off
+static const SFilter s_Filters[] = {
+    {"Gain", 3, Make<CGain>, MakeGain, {3.0}, {-60.0}},
+    {"Peak", 3, Make<CPeakFilter>, MakePeak, {500.0, 1.0, 12.0}, {16000.0, 0.01, -40.0}},
+    {"LowShelf", 3, Make<CLowShelfFilter>, MakeShelf<1>, {300.0, 12.0}, {22000.0, -40.0}},
+    {"HighShelf", 3, Make<CHighShelfFilter>, MakeShelf<-1>, {3000.0, -12.0}, {10.0, 40.0}},
+    {"CairnEQ", 1, Make<CCairnEQ>, nullptr,
+     {3.0, 1000.0, 2.0, 9.0, -6.0, 11.0}, {-6.0, 4000.0, 1.0, -5.0, 8.0, -12.0}},
+    {"DualCairnEQ", 2, Make<CDualCairnEQ>, nullptr,
      {0.0, 3.0, 1000.0, 2.0, 9.0, -6.0, 11.0, -3.0, 400.0, 2.0, 6.0, -4.0, 2.5},
      {1.0, -6.0, 4000.0, 1.0, -5.0, 8.0, -12.0, 2.0, 3000.0, 0.7, -8.0, 12.0, 9.0}},
 };
+// clang-format on
 
 // A filter at its start values, with its driver.
 struct SDriven {
@@ -96,6 +130,34 @@ protected:
 INSTANTIATE_TEST_SUITE_P(, EveryFilter, testing::ValuesIn(s_Filters),
                          [](const auto& test) { return std::string(test.param.m_Name); });
 
+TEST_P(EveryFilter, IsItsDifferenceEquationSteadyAndRamped) {
+    const CSignals input = m_Random.Noise(1, 2000);
+    for (int run = 0; m_Test.m_Oracle && run < 8; ++run) {
+        const double rate = run & 4 ? 44100.0 : 96000.0;
+        const CValues& start = run & 2 ? m_Test.m_Start : m_Test.m_End;
+        const CValues& end = run & 1 ? m_Test.m_Start : m_Test.m_End;
+        const auto filter = m_Test.m_Make(1);
+        CRig rig(*filter, rate);
+        rig.Set(start);
+        rig.Move(end);
+        // In long double, with the textbook's signs.
+        long double x[3] = {}, y[3] = {};
+        CSignals expected(1);
+        for (float sample : input[0]) {
+            CValues now = start;
+            for (std::size_t p = 0; p < now.size(); ++p)
+                now[p] += (end[p] - now[p]) * static_cast<double>(expected[0].size()) / 2000.0;
+            const auto [b, a] = m_Test.m_Oracle(2 * std::numbers::pi_v<long double> / rate, now);
+            x[2] = std::exchange(x[1], std::exchange(x[0], static_cast<long double>(sample)));
+            y[2] = std::exchange(y[1], y[0]);
+            y[0] = (b[0] * x[0] + b[1] * x[1] + b[2] * x[2] - a[1] * y[1] - a[2] * y[2]) / a[0];
+            expected[0].push_back(static_cast<float>(y[0]));
+        }
+        // The ramp adds up its roundings, which are those of floats in the gain stage.
+        CheckClose(rig.Run(input), expected, m_Test.m_Oracle == MakeGain ? 2e-4 : 1e-6);
+    }
+}
+
 TEST_P(EveryFilter, DoesNotDependOnTheSizeOfBlocks) {
     const CSignals expected = m_Driven.m_Rig.Run(m_Input);
     for (int maxBlockSize : {0, 60}) { // The host may not tell it.
@@ -131,11 +193,9 @@ TEST_P(EveryFilter, LandsARampOnItsEndValues) {
             EXPECT_FALSE(ramped.m_Rig.Process(nullptr, block, 100));
         else
             ramped.m_Rig.Process(&block, block, samples);
-        if (samples == 0) {
-            EXPECT_EQ(block.Read(), CBuffers(m_Test.m_Channels, 100, 0.5f).Read());
-        } else if (samples > 0) {
+        EXPECT_TRUE(samples != 0 || block.Read() == CBuffers(m_Test.m_Channels, 100, 0.5f).Read());
+        if (samples > 0)
             ramped.m_Filter->Reset();
-        }
         EXPECT_EQ(ramped.SampleCurves(), curves) << samples;
         EXPECT_EQ(ramped.m_Rig.Run(m_Input), expected) << samples;
     }
@@ -246,6 +306,25 @@ TEST_P(EveryFilter, AllocatesNothingOnTheAudioPath) {
         }
         EXPECT_EQ(scope.GetCount(), 0);
         EXPECT_EQ(scope.GetFreedCount(), 0);
+    }
+}
+
+// What is flushed from the output is gone from the state as well.
+TEST(Sections, FeedNoFlushedSampleBack) {
+    CPeakFilter filter(1);
+    CRig rig(filter);
+    rig.Set({500.0, 1.0, 12.0});
+    const CSignals output = rig.Run({{1e-38f, 0.0f}});
+    EXPECT_EQ(output[0][0], 0.0f);
+    EXPECT_EQ(output[0][1], static_cast<float>(filter.GetCoefficients().m_b1 * 1e-38f));
+}
+
+TEST(Sections, TakeTheirOwnNumberOfValuesOnly) {
+    CGain gain(1);
+    CRig rig(gain);
+    for (int count : {0, 2, 1}) {
+        gain.OnInputParamsChanged(CParamsValues(count, CValues(2, 20.0).data()));
+        EXPECT_EQ(gain.UpdateOutputs(), count == 1);
     }
 }
 

@@ -1,5 +1,5 @@
-// What the tests of filters share: seeded noise, buffers of any stride, a rig that drives a filter
-// as its owner does, and second-order sections written as polynomials, in long double.
+// What the tests of filters share: seeded noise, buffers of any stride, and a rig that drives a
+// filter as its owner does.
 #pragma once
 
 #include "dsp/properties/FilterPropertiesVariations.h"
@@ -8,9 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <cstdlib>
-#include <numbers>
 #include <random>
 #include <string>
 #include <vector>
@@ -167,71 +165,6 @@ private:
     IFilter& m_Filter;
     CFilterPropertiesVariations m_Variations;
     bool m_Moves = false;
-};
-
-// b(z) / a(z) in powers of 1/z, not normalised.
-struct SPolynomials {
-    long double m_b[3];
-    long double m_a[3];
-};
-
-inline long double GetOmega(double sampleRate, double frequency) {
-    return 2 * std::numbers::pi_v<long double> * static_cast<long double>(frequency) /
-           static_cast<long double>(sampleRate);
-}
-
-// The sections as the audio EQ cookbook prints them; 1/Q of the peak is its bandwidth.
-inline SPolynomials MakePeak(double sampleRate, double frequency, double bandwidth, double gain) {
-    const long double w = GetOmega(sampleRate, frequency);
-    const long double a = std::pow(10.0L, static_cast<long double>(gain) / 40);
-    const long double alpha = std::sin(w) / 2 * static_cast<long double>(bandwidth);
-    return {{1 + alpha * a, -2 * std::cos(w), 1 - alpha * a},
-            {1 + alpha / a, -2 * std::cos(w), 1 - alpha / a}};
-}
-
-// sign 1: the low shelf, -1: the high shelf, with a slope of 1.
-inline SPolynomials MakeShelf(int sign, double sampleRate, double frequency, double gain) {
-    const long double w = GetOmega(sampleRate, frequency);
-    const long double a = std::pow(10.0L, static_cast<long double>(gain) / 40);
-    const long double beta = std::sqrt(2 * a) * std::sin(w);
-    const long double c = sign * std::cos(w);
-    return {{a * (a + 1 - (a - 1) * c + beta), sign * 2 * a * (a - 1 - (a + 1) * c),
-             a * (a + 1 - (a - 1) * c - beta)},
-            {a + 1 + (a - 1) * c + beta, sign * -2 * (a - 1 + (a + 1) * c),
-             a + 1 + (a - 1) * c - beta}};
-}
-
-inline std::complex<long double> Evaluate(const long double (&p)[3], long double w) {
-    return p[0] + p[1] * std::polar(1.0L, -w) + p[2] * std::polar(1.0L, -2 * w);
-}
-inline double EvaluateGain(const SPolynomials& p, long double w) {
-    return static_cast<double>(std::abs(Evaluate(p.m_b, w)) / std::abs(Evaluate(p.m_a, w)));
-}
-// Turns by which the output lags behind the input.
-inline double EvaluatePhase(const SPolynomials& p, long double w) {
-    const auto lag = [w](const long double(&polynomial)[3]) {
-        const long double turns =
-            -std::arg(Evaluate(polynomial, w)) / (2 * std::numbers::pi_v<long double>);
-        return turns < 0 ? turns + 1 : turns;
-    };
-    return static_cast<double>(lag(p.m_b) - lag(p.m_a));
-}
-
-// The difference equation, with the textbook's signs and no rounding to float.
-class CNaiveSection {
-public:
-    long double Run(const SPolynomials& p, long double x) {
-        const long double y = (p.m_b[0] * x + p.m_b[1] * m_x[0] + p.m_b[2] * m_x[1] -
-                               p.m_a[1] * m_y[0] - p.m_a[2] * m_y[1]) /
-                              p.m_a[0];
-        m_x[1] = std::exchange(m_x[0], x);
-        m_y[1] = std::exchange(m_y[0], y);
-        return y;
-    }
-
-private:
-    long double m_x[2] = {0, 0};
-    long double m_y[2] = {0, 0};
 };
 
 // The tolerance is relative to the loudest sample of the channel. NaN fails.
