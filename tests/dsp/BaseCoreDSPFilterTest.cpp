@@ -1,10 +1,12 @@
 // Proves in which order the base of all filters calls a filter's operations, and for how long a
-// filter goes on after its input has fallen silent.
+// filter goes on after its input has fallen silent; and the parts it stands on, clocks of outputs
+// and vectors of values.
 
 #include "dsp/TestFilter.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace Lathe::Audio::DSP {
@@ -38,15 +40,9 @@ TEST_F(BaseCoreDSPFilter, RunsUntilTheTailIsOverAndThenClears) {
         int m_Tail;
         bool m_KeepsRunning;
         const char* m_Expected;
-    } cases[] = {{0, false, "sss"},
-                 {0, true, "PPP"},
-                 {8, false, "PPs"},
-                 {9, false, "PPP"},
-                 {3, false, "Pss"},
-                 {-1, false, "PPP"},
-                 {std::numeric_limits<int>::max(), false, "PPP"}};
+    } cases[] = {{0, false, "sss"}, {0, true, "PPP"},   {8, false, "PPs"},      {9, false, "PPP"},
+                 {3, false, "Pss"}, {-1, false, "PPP"}, {1 << 30, false, "PPP"}};
     for (const auto& row : cases) {
-        SCOPED_TRACE(row.m_Tail);
         m_Filter.SetTail(row.m_Tail);
         m_Filter.m_KeepsRunning = row.m_KeepsRunning;
         // A block of signal starts the count anew, as does an Init.
@@ -56,7 +52,7 @@ TEST_F(BaseCoreDSPFilter, RunsUntilTheTailIsOverAndThenClears) {
             std::string letters;
             for (int block = 0; block < 3; ++block)
                 letters += RunSilence();
-            EXPECT_EQ(letters, row.m_Expected);
+            EXPECT_EQ(letters, row.m_Expected) << row.m_Tail;
         }
     }
     // The count of silence never wraps.
@@ -90,6 +86,52 @@ TEST_F(BaseCoreDSPFilter, CallsInOrder) {
     EXPECT_FALSE(m_Filter.ProcessSilence(m_Data));
     EXPECT_EQ(m_Filter.TakeCalls(),
               "silence(4) params(7) params(5) silence(4) params(7) block(4) ");
+}
+
+TEST(OutputDataSync, FallsDueAtOnceAndThenOnceAPeriod) {
+    const struct {
+        double m_SampleRate;
+        double m_RefreshRate;
+        int m_Period;
+    } cases[] = {{44100.0, 10.0, 4410}, {48000.0, 7.0, 6857}, {100.0, 200.0, 0},
+                 {44100.0, -1.0, 0},    {NAN, 10.0, 0},       {44100.0, 0.0, 0}};
+    for (const auto& row : cases) {
+        COutputDataSync clock(1.0);
+        clock.SetSampleRate(row.m_SampleRate);
+        EXPECT_TRUE(clock.IsTimeToSync());
+        clock.ResetCounter();
+        clock.AddSamples(row.m_Period / 2);
+        clock.SetRefreshRate(row.m_RefreshRate); // Keeps the counter.
+        clock.AddSamples((row.m_Period - 1) / 2);
+        EXPECT_EQ(clock.IsTimeToSync(), row.m_Period == 0) << row.m_RefreshRate;
+        clock.AddSamples(1);
+        EXPECT_TRUE(clock.IsTimeToSync());
+        clock.AddSamples(std::numeric_limits<int>::max());
+        EXPECT_TRUE(clock.IsTimeToSync()) << "however long nobody asks";
+    }
+}
+
+TEST(ParamsValues, KeepWhatIsInsideAndReadZeroOutside) {
+    const double numbers[] = {1.0, 2.0, 3.0, 4.0, 5.0};
+    CParamsValues three(3, numbers);
+    for (const int index : {-1, 3, 1000}) {
+        three.SetValue(index, 9.0);
+        EXPECT_EQ(three.GetValue(index), 0.0);
+    }
+    const CParamsValues two(2, numbers + 3);
+    const CConstParamsValuesMux mux(three, two);
+    ASSERT_EQ(mux.GetCount(), 5);
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(mux.GetValue(i), numbers[i]);
+    CDynamicParamsValues values(2);
+    for (int round = 0; round < 2; ++round) {
+        values.SetValue(1, 5.0);
+        values.SetCount(7);
+        EXPECT_EQ(values.GetValue(1), 5.0);
+        EXPECT_EQ(values.GetValue(6), 0.0) << "what left does not come back";
+        values.SetValue(6, 6.0);
+        values.SetCount(2);
+    }
 }
 
 } // namespace Lathe::Audio::DSP

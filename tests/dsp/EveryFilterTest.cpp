@@ -158,26 +158,20 @@ TEST_P(EveryFilter, IsItsDifferenceEquationSteadyAndRamped) {
     }
 }
 
-TEST_P(EveryFilter, DoesNotDependOnTheSizeOfBlocks) {
-    const CSignals expected = m_Driven.m_Rig.Run(m_Input);
-    for (int maxBlockSize : {0, 60}) { // The host may not tell it.
-        SDriven parts(m_Test, 0, maxBlockSize);
-        std::vector<int> blocks(20);
-        for (int& samples : blocks)
-            samples = static_cast<int>(m_Random.Between(0.0, 60.0));
-        EXPECT_EQ(parts.m_Rig.Run(m_Input, blocks), expected);
-    }
-}
-
-TEST_P(EveryFilter, GivesTheSameBitsInEveryLayout) {
+TEST_P(EveryFilter, GivesTheSameBitsInEveryLayoutAndSizeOfBlocks) {
     const CSignals all = RunLayout(m_Input, 1, 1, false);
     EXPECT_EQ(RunLayout(m_Input, 3, 2, false), all);
-    EXPECT_EQ(RunLayout(m_Input, 1, 1, true), all);
     EXPECT_EQ(RunLayout(m_Input, 2, 2, true), all);
     for (std::size_t c = 0; m_Test.m_Channels == 3 && c < 3; ++c) {
-        EXPECT_EQ(RunLayout({m_Input[c]}, 1, 1, false), CSignals{all[c]});
+        EXPECT_EQ(RunLayout({m_Input[c]}, 1, 1, true), CSignals{all[c]});
         EXPECT_EQ(RunLayout({m_Input[c]}, 1, 4, false), CSignals{all[c]});
     }
+    const CSignals whole = m_Driven.m_Rig.Run(m_Input);
+    SDriven parts(m_Test, 0, 0); // The host may not tell its block size.
+    std::vector<int> blocks(20);
+    for (int& samples : blocks)
+        samples = static_cast<int>(m_Random.Between(0.0, 60.0));
+    EXPECT_EQ(parts.m_Rig.Run(m_Input, blocks), whole);
 }
 
 TEST_P(EveryFilter, LandsARampOnItsEndValues) {
@@ -189,10 +183,8 @@ TEST_P(EveryFilter, LandsARampOnItsEndValues) {
         SDriven ramped(m_Test);
         ramped.m_Rig.Move(m_Test.m_End);
         CBuffers block(m_Test.m_Channels, 100, 0.5f);
-        if (samples < 0)
-            EXPECT_FALSE(ramped.m_Rig.Process(nullptr, block, 100));
-        else
-            ramped.m_Rig.Process(&block, block, samples);
+        EXPECT_FALSE(
+            ramped.m_Rig.Process(samples < 0 ? nullptr : &block, block, std::abs(samples)));
         EXPECT_TRUE(samples != 0 || block.Read() == CBuffers(m_Test.m_Channels, 100, 0.5f).Read());
         if (samples > 0)
             ramped.m_Filter->Reset();
@@ -236,10 +228,9 @@ TEST_P(EveryFilter, KeepsWhatIsNotFiniteInItsChannelUntilReset) {
             hostile[hit][100] = poison;
             m_Driven.m_Filter->Reset();
             const CSignals output = m_Driven.m_Rig.Run(hostile);
-            for (std::size_t c = 0; c < clean.size(); ++c) {
-                EXPECT_EQ(std::isfinite(output[c][100]), c != hit);
+            EXPECT_FALSE(std::isfinite(output[hit][100]));
+            for (std::size_t c = 0; c < clean.size(); ++c)
                 EXPECT_TRUE(c == hit || output[c] == clean[c]);
-            }
         }
     }
     m_Driven.m_Filter->Reset();
@@ -289,6 +280,7 @@ TEST_P(EveryFilter, StandsMissingChannelsAndMissingData) {
 
 TEST_P(EveryFilter, AllocatesNothingOnTheAudioPath) {
     CBuffers buffers(m_Test.m_Channels, 512, 0.5f);
+    m_Driven.m_Rig.Move(m_Test.m_End);
     m_Driven.m_Rig.Process(&buffers, buffers, 16);
     SDriven clone(m_Driven); // Has the room that the original had, whatever part was in use.
     for (SDriven* driven : {&clone, &m_Driven}) {
@@ -297,15 +289,13 @@ TEST_P(EveryFilter, AllocatesNothingOnTheAudioPath) {
             driven->m_Rig.Move(m_Test.m_End);
             driven->m_Rig.Process(&buffers, buffers, samples);
             driven->m_Filter->UpdateOutputs();
-            driven->m_Rig.Process(&buffers, buffers, 512);
             driven->m_Rig.Set(m_Test.m_Start);
             driven->m_Rig.Move(m_Test.m_End);
             driven->m_Rig.Process(nullptr, buffers, samples);
             driven->m_Filter->ResetOutputs();
             driven->m_Filter->Reset();
         }
-        EXPECT_EQ(scope.GetCount(), 0);
-        EXPECT_EQ(scope.GetFreedCount(), 0);
+        EXPECT_EQ(scope.GetCount() + scope.GetFreedCount(), 0);
     }
 }
 

@@ -32,14 +32,14 @@ TEST(MidSideMatrix, EncodesByItsFormulaAndDecodesWhatItEncoded) {
         const int orders = run % 3;
         const double x = random.Between(-1.0, 0.0);
         const CMatrixRamp ramp = {x, random.Between(-x - 1.0, -x) / 200, 1e-6};
-        CSignals expected(2);
+        CSignals expected = sides;
         double now = ramp[0];
         double rate = ramp[1];
         for (std::size_t i = 0; i < 200; ++i) {
-            const auto l = static_cast<double>(sides[0][i]);
-            const auto r = static_cast<double>(sides[1][i]);
-            expected[0].push_back(static_cast<float>(((1.0 + now) * r + (1.0 - now) * l) / 2.0));
-            expected[1].push_back(static_cast<float>(((1.0 - now) * r - (1.0 + now) * l) / 2.0));
+            const double l = sides[0][i];
+            const double r = sides[1][i];
+            expected[0][i] = static_cast<float>(((1.0 + now) * r + (1.0 - now) * l) / 2.0);
+            expected[1][i] = static_cast<float>(((1.0 - now) * r - (1.0 + now) * l) / 2.0);
             rate += orders > 1 ? ramp[2] : 0.0; // The highest order moves first.
             now += orders > 0 ? rate : 0.0;
         }
@@ -94,11 +94,21 @@ TEST(StereoAdapters, JoinTailsLatenciesClocksAndResults) {
         EXPECT_EQ(stereo.m_Right.m_Rate, mask & 2 ? 2.0 : 0.0);
         EXPECT_EQ(outputs.Read(), (CSignals{{mask & 1 ? 4.0f : 0.0f}, {mask & 2 ? 5.0f : 0.0f}}));
         if (mask & 1)
-            stereo.m_Left.m_Clock.emplace(10.0);
+            stereo.m_Left.m_Clock.emplace(10.0).SetSampleRate(1000.0);
         if (mask & 2)
-            stereo.m_Right.m_Clock.emplace(25.0);
-        const IOutputDataSync* clock = stereo.GetOutputDataSync();
-        EXPECT_EQ(clock ? clock->GetRefreshRate() : 0.0, mask & 2 ? 25.0 : mask ? 10.0 : 0.0);
+            stereo.m_Right.m_Clock.emplace(25.0).SetSampleRate(1000.0);
+        IOutputDataSync* clock = stereo.GetOutputDataSync();
+        ASSERT_EQ(clock != nullptr, mask != 0);
+        if (!clock)
+            continue;
+        EXPECT_EQ(clock->GetRefreshRate(), mask & 2 ? 25.0 : 10.0);
+        EXPECT_TRUE(clock->IsTimeToSync());
+        clock->ResetCounter();
+        EXPECT_FALSE(clock->IsTimeToSync());
+        (mask & 2 ? stereo.m_Right : stereo.m_Left).m_Clock->AddSamples(100);
+        EXPECT_TRUE(clock->IsTimeToSync()) << "either clock will do";
+        clock->SetRefreshRate(5.0);
+        EXPECT_FALSE(clock->IsTimeToSync());
     }
 }
 

@@ -90,11 +90,10 @@ TEST(BiquadFrequencyResponse, TakesDefaultsForMissingKeysUnlessTheStreamIsIncrem
                 object.RemoveValue(s_Fields[missing].m_Key);
             auto response = MakeResponse<CBiquadPhaseShift>(CValues(6, 7.0));
             EXPECT_EQ(response.DeSerialize(object), incremental || missing == 6);
-            for (std::size_t i = 0; i < 6; ++i)
-                EXPECT_EQ(response.*s_Fields[i].m_Field, i != missing  ? stored[i]
-                                                         : incremental ? 7.0
-                                                         : i == 0      ? 1.0
-                                                                       : 0.0);
+            for (std::size_t i = 0; i < 6; ++i) {
+                const double absent = incremental ? 7.0 : i == 0 ? 1.0 : 0.0;
+                EXPECT_EQ(response.*s_Fields[i].m_Field, i == missing ? absent : stored[i]);
+            }
         }
     }
 }

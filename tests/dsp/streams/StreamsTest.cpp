@@ -2,8 +2,6 @@
 // crossfading touch exactly the samples that they should.
 
 #include "dsp/FilterTestSupport.h"
-#include "dsp/streams/DynamicAudioStream.h"
-#include "dsp/streams/EmptyStream.h"
 #include "dsp/streams/StreamFunctions.h"
 
 namespace Lathe::Audio::DSP {
@@ -27,20 +25,13 @@ TEST(Streams, TellTheirSamples) {
 }
 
 // The leak check of a sanitized build sees what is freed twice or never.
-TEST(Streams, OwnTheirSamplesAlsoAfterAMoveOrACopy) {
+TEST(Streams, OwnTheirSamplesAlsoAfterAMove) {
     CAudioStream owner(new float[4]{1.0f}, 0, 4, 1, true);
     CAudioStream moved(std::move(owner));
     CAudioStream other(new float[2]{2.0f}, 0, 2, 1, true);
     other = std::move(moved);
     const CAudioStreamToStreams one(new CAudioStream(std::move(other)), true);
     EXPECT_EQ(one.GetElement(0).GetData()[0], 1.0f);
-    CDynamicAudioStream stream;
-    stream.SetSize(3);
-    std::fill_n(stream.GetData(), 3, 5.0f);
-    const CDynamicAudioStream copy(stream);
-    stream.GetData()[2] = 6.0f;
-    EXPECT_EQ(copy.GetSize(), 3);
-    EXPECT_EQ(copy.GetData()[2], 5.0f);
 }
 
 TEST(StreamFunctions, CopyAndClearWithEachSidesStrideTheChannelsThatBothHave) {
@@ -83,17 +74,15 @@ TEST(StreamFunctions, TakeNoDataAsSilenceAndSwallowWhatGoesThere) {
 }
 
 TEST(CrossfadeStreams, EndsAfterAnyNumberOfSteps) {
-    const CEmptyStreams silence(1000, 1);
-    CBuffers swallow(1, 1000, 0.0f);
+    CBuffers silence(1, 1000, 0.0f);
     for (int samples = 1; samples <= 1000; ++samples) {
         for (const float start : {0.0f, 1.0f}) {
             const float step = (1.0f - 2.0f * start) / static_cast<float>(samples);
             float position = start;
-            ASSERT_EQ(CrossfadeStreams(silence, silence, swallow, samples - 1, &position, step),
+            EXPECT_EQ(CrossfadeStreams(silence, silence, silence, samples - 1, &position, step),
                       samples > 1);
-            position = start;
-            ASSERT_FALSE(CrossfadeStreams(silence, silence, swallow, samples, &position, step));
-            ASSERT_EQ(position, 1.0f - start) << samples;
+            EXPECT_FALSE(CrossfadeStreams(silence, silence, silence, 1, &position, step));
+            EXPECT_EQ(position, 1.0f - start) << samples;
         }
     }
 }
