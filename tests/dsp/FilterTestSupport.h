@@ -26,12 +26,10 @@ public:
         return std::uniform_real_distribution<double>(min, max)(m_Engine);
     }
     CSignals Noise(int channels, int samples) {
-        CSignals signals(static_cast<std::size_t>(channels),
-                         CSignal(static_cast<std::size_t>(samples)));
-        for (CSignal& signal : signals) {
-            for (float& sample : signal)
-                sample = static_cast<float>(Between(-1.0, 1.0));
-        }
+        CSignals signals(static_cast<std::size_t>(channels));
+        for (CSignal& signal : signals)
+            std::generate_n(std::back_inserter(signal), samples,
+                            [this] { return static_cast<float>(Between(-1.0, 1.0)); });
         return signals;
     }
 
@@ -55,19 +53,18 @@ public:
     explicit CBuffers(const CSignals& signals, int stride = 1)
         : m_Stride(stride), m_Memory(signals), m_Streams(signals.size()) {
         m_Samples = static_cast<int>(signals.at(0).size());
-        for (CSignal& memory : m_Memory)
-            memory.resize(static_cast<std::size_t>(m_Samples * std::max(stride, 1)));
-        Aim(0, m_Samples);
-        for (int i = m_Samples - 1; i >= 0; --i) {
-            for (int c = 0; c < GetCount(); ++c)
+        for (int c = 0; c < GetCount(); ++c) {
+            m_Memory.data()[c].resize(signals[0].size() * static_cast<std::size_t>(stride) + 1);
+            for (int i = m_Samples - 1; i >= 0; --i)
                 At(c, i) = signals.data()[c].data()[i];
         }
+        Aim(0, m_Samples);
     }
 
     void Aim(int first, int samples) {
         for (int c = 0; c < GetCount(); ++c)
-            m_Streams.data()[c] = CAudioStream(&At(c, 0), first * m_Stride,
-                                               samples * std::max(m_Stride, 1), m_Stride, false);
+            m_Streams.data()[c] =
+                CAudioStream(&At(c, 0), first * m_Stride, samples * m_Stride, m_Stride, false);
     }
     float& At(int channel, int sample) {
         return m_Memory.data()[channel].data()[sample * m_Stride];
@@ -139,17 +136,20 @@ public:
         Commit();
         return hasSignal;
     }
-    // The whole input in blocks of these sizes, what is left in one. The outputs start as NaN.
-    CSignals Run(const CSignals& input, std::vector<int> blocks = {}) {
-        CBuffers inputs(input);
+    // The whole input in blocks of these sizes, what is left in one. An output stride of 0 is in
+    // place.
+    CSignals Run(const CSignals& input, std::vector<int> blocks = {}, int inputStride = 1,
+                 int outputStride = 1) {
         const int total = static_cast<int>(input[0].size());
-        CBuffers outputs(inputs.GetCount(), total, NAN);
+        CBuffers inputs(input, inputStride);
+        CBuffers others(inputs.GetCount(), total, NAN, outputStride);
+        CBuffers& outputs = outputStride == 0 ? inputs : others;
         blocks.push_back(total);
         int first = 0;
         for (int block : blocks) {
             const int samples = std::min(block, total - first);
             inputs.Aim(first, samples);
-            outputs.Aim(first, samples);
+            others.Aim(first, samples);
             Process(&inputs, outputs, samples);
             first += samples;
         }

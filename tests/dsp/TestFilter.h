@@ -31,7 +31,6 @@ public:
             m_InputParamsInfo[i].SetDefault(i);
             m_InputParamsInfo[i].SetName(i == 0 ? "A (L)(R)" : "B");
         }
-        m_InputStringsInfo[1].SetDefaultValue("default");
     }
 
     CTestFilter* Clone() const override { return new CTestFilter(*this); }
@@ -45,7 +44,6 @@ public:
     // The calls since the last question, such as "streams(4) block(4) ".
     std::string TakeCalls() { return std::exchange(m_Calls, ""); }
     void SetTail(int samples) { m_TailLength = m_Latency = samples; }
-    void SetSilentSamples(std::int64_t samples) { m_SilentSamples = samples; }
 
     bool m_KeepsRunning = false;
     std::optional<COutputDataSync> m_Clock;

@@ -14,23 +14,18 @@ namespace Lathe::Audio::DSP::Algorithm {
 
 using namespace Testing;
 
-struct SField {
-    const char* m_Key;
-    double CBiquadFrequencyResponse::*m_Field;
-};
-const SField s_Fields[] = {{"inputCoeff0", &CBiquadFrequencyResponse::m_InputCoeff0},
-                           {"inputCoeff1", &CBiquadFrequencyResponse::m_InputCoeff1},
-                           {"inputCoeff2", &CBiquadFrequencyResponse::m_InputCoeff2},
-                           {"outputCoeff1", &CBiquadFrequencyResponse::m_OutputCoeff1},
-                           {"outputCoeff2", &CBiquadFrequencyResponse::m_OutputCoeff2},
-                           {"invSampleRate", &CBiquadFrequencyResponse::m_InvSampleRate}};
+using CBase = CBiquadFrequencyResponse;
+const std::pair<const char*, double CBase::*> s_Fields[] = {
+    {"inputCoeff0", &CBase::m_InputCoeff0},   {"inputCoeff1", &CBase::m_InputCoeff1},
+    {"inputCoeff2", &CBase::m_InputCoeff2},   {"outputCoeff1", &CBase::m_OutputCoeff1},
+    {"outputCoeff2", &CBase::m_OutputCoeff2}, {"invSampleRate", &CBase::m_InvSampleRate}};
 constexpr double s_Rate = 48000.0;
 
 template <class T>
 T MakeResponse(const CValues& values) {
     T response;
     for (std::size_t i = 0; i < 6; ++i)
-        response.*s_Fields[i].m_Field = values[i];
+        response.*s_Fields[i].second = values[i];
     return response;
 }
 
@@ -87,12 +82,12 @@ TEST(BiquadFrequencyResponse, TakesDefaultsForMissingKeysUnlessTheStreamIsIncrem
             object.m_IsIncremental = incremental;
             EXPECT_TRUE(MakeResponse<CBiquadGain>(stored).Serialize(object));
             if (missing < 6)
-                object.RemoveValue(s_Fields[missing].m_Key);
+                object.RemoveValue(s_Fields[missing].first);
             auto response = MakeResponse<CBiquadPhaseShift>(CValues(6, 7.0));
             EXPECT_EQ(response.DeSerialize(object), incremental || missing == 6);
             for (std::size_t i = 0; i < 6; ++i) {
                 const double absent = incremental ? 7.0 : i == 0 ? 1.0 : 0.0;
-                EXPECT_EQ(response.*s_Fields[i].m_Field, i == missing ? absent : stored[i]);
+                EXPECT_EQ(response.*s_Fields[i].second, i == missing ? absent : stored[i]);
             }
         }
     }
