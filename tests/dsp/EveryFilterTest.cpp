@@ -5,10 +5,6 @@
 #include "dsp/PluginsFilters/DualCairnEQ.h"
 #include "support/AllocationCounter.h"
 
-#include <memory>
-#include <numbers>
-#include <utility>
-
 namespace Lathe::Audio::DSP {
 
 using namespace Testing;

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <memory>
+#include <numbers>
 #include <random>
 #include <string>
 #include <vector>
@@ -173,9 +175,9 @@ inline void CheckClose(const CSignals& actual, const CSignals& expected, double 
         float peak = 1.0f;
         for (float sample : expected[c])
             peak = std::max(peak, std::abs(sample));
-        ASSERT_EQ(actual[c].size(), expected[c].size());
         for (std::size_t i = 0; i < expected[c].size(); ++i)
-            ASSERT_NEAR(actual[c][i], expected[c][i], tolerance * static_cast<double>(peak)) << i;
+            ASSERT_NEAR(actual[c].at(i), expected[c][i], tolerance * static_cast<double>(peak))
+                << i;
     }
 }
 

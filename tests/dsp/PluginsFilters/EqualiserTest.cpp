@@ -4,16 +4,10 @@
 #include "dsp/FilterTestSupport.h"
 #include "dsp/PluginsFilters/DualCairnEQ.h"
 
-#include <memory>
-#include <numbers>
-
 namespace PluginsFilters {
 
 using namespace Lathe::Audio::DSP::Testing;
 using namespace Lathe::Audio::DSP;
-
-constexpr int s_Channel1 = 1;
-constexpr int s_Channel2 = 7;
 
 // Gain, frequency, bandwidth, low, mid, high.
 const CValues s_Warm = {-3.0, 400.0, 2.0, 6.0, -4.0, 2.5};
@@ -39,7 +33,7 @@ TEST(DualCairnEQ, DeclaresWhatUsersMeet) {
     for (int i = 0; i < 13; ++i) {
         const auto& row = params[i > 0 ? (i - 1) % 6 : 6];
         const IConstParamInfo& info = filter.GetInputParamsInfo().GetElement(i);
-        const char* const suffix = i == 0 ? "" : i < s_Channel2 ? " (1)" : " (2)";
+        const char* const suffix = i == 0 ? "" : i < 7 ? " (1)" : " (2)";
         EXPECT_EQ(info.GetName(), std::string(row.m_Name) + suffix);
         EXPECT_STREQ(info.GetUnit(), row.m_Unit);
         EXPECT_EQ((CValues{info.GetMin(), info.GetMax(), info.GetDefault()}),
@@ -48,13 +42,13 @@ TEST(DualCairnEQ, DeclaresWhatUsersMeet) {
         EXPECT_STREQ(text.get(), row.m_Text);
         EXPECT_NEAR(info.GetPositionMapper().ValueToPosition(row.m_Value), row.m_Position, 1e-9);
     }
-    const char* const curves[] = {
-        "Frequency Response (Gain)",         "Frequency Response (Gain dB)",
-        "Low Frequency Response (Gain dB)",  "Mid Frequency Response (Gain dB)",
-        "High Frequency Response (Gain dB)", "Frequency Response (Phase)"};
+    const std::string dB = "Frequency Response (Gain dB)";
+    const std::string curves[] = {
+        "Frequency Response (Gain)", dB, "Low " + dB, "Mid " + dB, "High " + dB,
+        "Frequency Response (Phase)"};
     for (int i = 0; i < 12; ++i)
         EXPECT_EQ(filter.GetOutputCurvesInfo().GetElement(i).GetName(),
-                  std::string(curves[i % 6]) + (i < 6 ? " (1)" : " (2)"));
+                  curves[i % 6] + (i < 6 ? " (1)" : " (2)"));
 }
 
 // The shelves sit half a bandwidth beside the peak and move linearly in hertz. The numbers are
@@ -75,11 +69,7 @@ TEST(CairnEQ, IsPreGainPeakLowAndHighShelfInThisOrder) {
         const auto run = [&](IFilter& filter, const CValues& start, const CValues& end) {
             CRig rig(filter, test.m_Rate);
             rig.Set(start);
-            // What stays where it is carries no flag.
-            for (std::size_t i = 0; i < end.size(); ++i) {
-                if (start[i] < end[i] || start[i] > end[i])
-                    rig.Move({end[i]}, static_cast<int>(i));
-            }
+            rig.Move(end);
             CSignals output = rig.Run(signal);
             filter.UpdateOutputs();
             return output;
@@ -143,8 +133,8 @@ TEST(DualCairnEQ, TreatsLeftAndRightOrMidAndSideEachWithItsSettings) {
         CheckClose(rig.Run(input, {777}), input, 1e-6);
     }
     filter.Reset();
-    rig.Set(s_Warm, s_Channel1);
-    rig.Set(s_Bright, s_Channel2);
+    rig.Set(s_Warm, 1);
+    rig.Set(s_Bright, 7);
     const auto run = [](const CValues& values, const CSignal& signal) {
         CCairnEQ channel;
         CRig channelRig(channel);

@@ -7,8 +7,6 @@
 #include "serialization/MemDataObject.h"
 
 #include <complex>
-#include <memory>
-#include <numbers>
 
 namespace Lathe::Audio::DSP::Algorithm {
 
