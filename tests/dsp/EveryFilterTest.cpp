@@ -227,8 +227,8 @@ TEST_P(EveryFilter, EndsADecayInExactZeros) {
     }
     for (const CSignal& output : m_Driven.m_Rig.Run(impulse)) {
         EXPECT_NE(output[0], 0.0f);
-        EXPECT_TRUE(std::none_of(output.begin(), output.end(),
-                                 [](float s) { return std::fpclassify(s) == FP_SUBNORMAL; }));
+        for (float sample : output)
+            ASSERT_NE(std::fpclassify(sample), FP_SUBNORMAL);
         EXPECT_EQ(CSignal(output.begin() + 15000, output.end()), CSignal(5000, 0.0f));
     }
 }
@@ -277,7 +277,7 @@ TEST_P(EveryFilter, AllocatesNothingOnTheAudioPath) {
             driven->m_Filter->ResetOutputs();
             driven->m_Filter->Reset();
         }
-        EXPECT_EQ(scope.GetCount() + scope.GetFreedCount(), 0);
+        EXPECT_EQ(scope.GetCount(), 0);
     }
 }
 
@@ -291,13 +291,12 @@ TEST(Sections, FeedNoFlushedSampleBack) {
     EXPECT_EQ(output[0][1], static_cast<float>(filter.GetCoefficients().m_b1 * 1e-38f));
 }
 
-TEST(Sections, TakeTheirOwnNumberOfValuesOnly) {
+TEST(Sections, IgnoreAnotherNumberOfValues) {
     CGain gain(1);
     CRig rig(gain);
-    for (int count : {0, 2, 1}) {
-        gain.OnInputParamsChanged(CParamsValues(count, CValues(2, 20.0).data()));
-        EXPECT_EQ(gain.UpdateOutputs(), count == 1);
-    }
+    rig.Set({20.0});
+    gain.OnInputParamsChanged(CParamsValues(2));
+    EXPECT_EQ(rig.Run({{1.0f}}), (CSignals{{10.0f}}));
 }
 
 } // namespace Lathe::Audio::DSP

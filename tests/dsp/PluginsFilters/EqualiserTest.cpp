@@ -92,9 +92,9 @@ TEST(CairnEQ, IsPreGainPeakLowAndHighShelfInThisOrder) {
             };
             const double all =
                 evaluate(gain, 0) * evaluate(low, 0) * evaluate(peak, 0) * evaluate(high, 0);
-            EXPECT_EQ(evaluate(whole, 2), evaluate(low, 1));
-            EXPECT_EQ(evaluate(whole, 3), evaluate(peak, 1));
-            EXPECT_EQ(evaluate(whole, 4), evaluate(high, 1));
+            const IFilter* const bands[] = {&low, &peak, &high};
+            for (int i = 0; i < 3; ++i)
+                EXPECT_EQ(evaluate(whole, 2 + i), evaluate(*bands[i], 1));
             EXPECT_NEAR(evaluate(whole, 0), all, 1e-12 * all);
             EXPECT_NEAR(evaluate(whole, 1), 20.0 * std::log10(all), 1e-9);
             EXPECT_NEAR(evaluate(whole, 5),
@@ -169,14 +169,14 @@ TEST(DualCairnEQ, MarksTheCurvesThatAChangeReaches) {
     double value = 0.0;
     for (const auto& test : cases) {
         for (int run = 0; run < 4; ++run) {
-            const int channel = run / 2;
-            const int param = test.m_Param < 0 ? 0 : 1 + test.m_Param + 6 * channel;
+            const int first = run / 2 * 6; // Of the channel.
+            const int param = test.m_Param < 0 ? 0 : 1 + test.m_Param + first;
             value += 1.0;
             run % 2 ? rig.Move({value}, param) : rig.Set({value}, param);
             rig.Run(CSignals(2, CSignal(32)));
             std::vector<int> expected = test.m_Dirty;
             for (int& curve : expected)
-                curve += 6 * channel;
+                curve += first;
             EXPECT_EQ(filter.UpdateOutputs(), !expected.empty());
             EXPECT_FALSE(filter.UpdateOutputs());
             EXPECT_EQ(TakeDirty(filter.GetOutputCurvesDirty()), expected) << param;

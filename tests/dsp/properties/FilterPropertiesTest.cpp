@@ -55,7 +55,7 @@ TEST(FilterPropertiesVariations, MoveWhatIsFlaggedAndNothingElse) {
             const CAllocationScope scope;
             variations.ComputeRates(samples);
             variations.Commit();
-            EXPECT_EQ(scope.GetCount() + scope.GetFreedCount(), 0);
+            EXPECT_EQ(scope.GetCount(), 0);
             for (int kind = 0; kind < InputKinds; ++kind)
                 ASSERT_EQ(variations.GetVariations(kind).GetCount(), kind == moved ? 1 : 0);
             const IConstParamsValues& rate = variations.GetVariations(moved).GetElement(0);
