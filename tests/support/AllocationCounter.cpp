@@ -3,27 +3,23 @@
 #include <cstdlib>
 #include <new>
 
-namespace {
+static thread_local int t_Total = 0;
 
-thread_local int t_Total = 0;
-
-void* Allocate(std::size_t size) noexcept {
+static void* Allocate(std::size_t size) noexcept {
     ++t_Total;
     return std::malloc(size > 0 ? size : 1);
 }
 
-void* AllocateOrThrow(std::size_t size) {
+static void* AllocateOrThrow(std::size_t size) {
     if (void* memory = Allocate(size))
         return memory;
     throw std::bad_alloc();
 }
 
-void Free(void* memory) noexcept {
+static void Free(void* memory) noexcept {
     t_Total += memory ? 1 : 0;
     std::free(memory);
 }
-
-} // namespace
 
 int CAllocationScope::GetTotal() {
     return t_Total;

@@ -111,13 +111,12 @@ TEST(CairnEQ, DoesToASineWhatItsCurveTells) {
     for (int frequency : {400, 3000, 7000}) {
         CSignals sine(1);
         for (int i = 0; i < 14400; ++i)
-            sine[0].push_back(
-                static_cast<float>(std::sin(2.0 * std::numbers::pi * frequency * i / 48000.0)));
+            sine[0].push_back(std::sin(static_cast<float>(frequency * i % 48000) * 1.3089969e-4f));
         const CSignals output = rig.Run(sine);
         double power = 0.0;
         for (std::size_t i = 9600; i < 14400; ++i) // Whole periods after the filter has settled.
             power += std::pow(output[0][i], 2.0) / 2400.0;
-        EXPECT_NEAR(std::sqrt(power) / filter.GetOutputCurves().GetValue(0).Evaluate(frequency),
+        EXPECT_NEAR(filter.GetOutputCurves().GetValue(0).Evaluate(frequency) / std::sqrt(power),
                     1.0, 1e-4);
     }
 }
@@ -155,10 +154,8 @@ TEST(DualCairnEQ, TreatsLeftAndRightOrMidAndSideEachWithItsSettings) {
 }
 
 TEST(DualCairnEQ, MarksTheCurvesThatAChangeReaches) {
-    const struct {
-        int m_Param; // Of a channel; -1: the mode.
-        std::vector<int> m_Dirty;
-    } cases[] = {
+    // Parameters of a channel, -1: the mode.
+    const std::pair<int, std::vector<int>> cases[] = {
         {-1, {}},          {0, {0, 1}},       {1, {0, 1, 2, 3, 4, 5}}, {2, {0, 1, 2, 3, 4, 5}},
         {3, {0, 1, 2, 5}}, {4, {0, 1, 3, 5}}, {5, {0, 1, 4, 5}},
     };
@@ -167,14 +164,14 @@ TEST(DualCairnEQ, MarksTheCurvesThatAChangeReaches) {
     EXPECT_TRUE(filter.UpdateOutputs());
     EXPECT_EQ(TakeDirty(filter.GetOutputCurvesDirty()).size(), 12u);
     double value = 0.0;
-    for (const auto& test : cases) {
+    for (const auto& [index, reached] : cases) {
         for (int run = 0; run < 4; ++run) {
             const int first = run / 2 * 6; // Of the channel.
-            const int param = test.m_Param < 0 ? 0 : 1 + test.m_Param + first;
+            const int param = index < 0 ? 0 : 1 + index + first;
             value += 1.0;
             run % 2 ? rig.Move({value}, param) : rig.Set({value}, param);
             rig.Run(CSignals(2, CSignal(32)));
-            std::vector<int> expected = test.m_Dirty;
+            std::vector<int> expected = reached;
             for (int& curve : expected)
                 curve += first;
             EXPECT_EQ(filter.UpdateOutputs(), !expected.empty());
