@@ -69,7 +69,10 @@ TEST(CairnEQ, IsPreGainPeakLowAndHighShelfInThisOrder) {
         const auto run = [&](IFilter& filter, const CValues& start, const CValues& end) {
             CRig rig(filter, test.m_Rate);
             rig.Set(start);
-            rig.Move(end);
+            for (std::size_t i = 0; i < end.size(); ++i) { // What stays carries no flag.
+                if (start[i] != end[i])
+                    rig.Move({end[i]}, static_cast<int>(i));
+            }
             CSignals output = rig.Run(signal);
             filter.UpdateOutputs();
             return output;

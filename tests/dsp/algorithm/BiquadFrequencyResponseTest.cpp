@@ -53,7 +53,6 @@ TEST(BiquadFrequencyResponse, HoldsAtTheEdgesOfTheBand) {
     for (double rate : {44100.0, 88200.0, 192000.0}) {
         const auto gain = MakeResponse<CBiquadGain>({0.5, 0.5, 0.0, 0.0, 0.0, 1.0 / rate});
         const auto phase = MakeResponse<CBiquadPhaseShift>({0.0, 1.0, 0.0, 0.0, 0.0, 1.0 / rate});
-        EXPECT_EQ(gain.Evaluate(0.0), 1.0);
         EXPECT_NEAR(gain.Evaluate(rate / 2), 0.0, 1e-15);
         EXPECT_NEAR(phase.Evaluate(rate / 2), 0.5, 1e-15) << "half the rate belongs to the band";
         EXPECT_EQ(gain.Evaluate(rate / 2 + 1.0), 0.0);

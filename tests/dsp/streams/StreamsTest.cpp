@@ -53,7 +53,6 @@ TEST(StreamFunctions, TakeNoDataAsSilenceAndSwallowWhatGoesThere) {
     CAudioStream nothing;
     // The same memory by another stride is another stream.
     CopyStream(everySecond, stream, 2);
-    EXPECT_EQ(samples[1], 3.0f);
     CopyStream(nothing, everySecond, 2);
     EXPECT_EQ(std::vector(samples, samples + 4), (std::vector{0.0f, 3.0f, 0.0f, 4.0f}));
     CopyStream(stream, nothing, 4);
