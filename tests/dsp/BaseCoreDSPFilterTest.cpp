@@ -1,206 +1,113 @@
 // Proves in which order the base of all filters calls a filter's operations, and for how long a
-// filter goes on after its input has fallen silent.
-
-#include "dsp/BaseCoreDSPFilter.h"
+// filter goes on after its input has fallen silent; and the parts it stands on, clocks of outputs
+// and vectors of values.
 
 #include "dsp/TestFilter.h"
-#include "dsp/properties/FilterPropertiesVariations.h"
-#include "support/AllocationCounter.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
-#include <string>
-#include <vector>
 
 namespace Lathe::Audio::DSP {
-
-namespace {
-
-constexpr auto s_Most = std::numeric_limits<std::int64_t>::max();
 
 class BaseCoreDSPFilter : public testing::Test {
 protected:
     BaseCoreDSPFilter() {
-        for (CAudioStream& channel : m_Channels)
-            channel.Aim(m_Samples, 4);
-        m_Data.m_pInputs = &m_Streams;
-        m_Data.m_pOutputs = &m_Streams;
+        m_Channel.Aim(m_Samples, 4);
+        m_Data.m_pInputs = m_Data.m_pOutputs = &m_Streams;
         m_Data.m_SamplesCount = 4;
     }
 
     // One letter a block: P for processed, s for skipped; the outputs agree with the answer.
-    char RunSilence(int samples) {
-        m_Data.m_SamplesCount = samples;
-        std::fill(std::begin(m_Samples), std::end(m_Samples), 0.5f);
+    char RunSilence() {
+        m_Samples[0] = 0.5f;
         const bool signal = m_Filter.ProcessSilence(m_Data);
         EXPECT_EQ(m_Samples[0], signal ? 1.0f : 0.0f);
-        if (signal) {
-            EXPECT_EQ(m_Filter.m_InputsSum, 0.0f);
-        }
-        std::string count = std::to_string(samples);
-        count.insert(0, 1, '(').append(1, ')');
-        std::string expected = signal ? "streams" : "silence";
-        expected += count;
-        if (signal)
-            expected.append(" block").append(count);
-        EXPECT_EQ(m_Filter.TakeCalls(), expected);
+        EXPECT_EQ(m_Filter.TakeCalls(), signal ? "streams(4) block(4) " : "silence(4) ");
         return signal ? 'P' : 's';
     }
 
     CTestFilter m_Filter;
     float m_Samples[4] = {};
-    CAudioStream m_Channels[2];
-    CAudioStreams m_Streams{m_Channels, 2, false};
+    CAudioStream m_Channel;
+    CAudioStreamToStreams m_Streams{&m_Channel, false};
     CFilterProcessData m_Data;
 };
 
 TEST_F(BaseCoreDSPFilter, RunsUntilTheTailIsOverAndThenClears) {
-    const struct {
-        int m_Tail;
-        bool m_KeepsRunning;
-        std::vector<int> m_Blocks;
-        const char* m_Expected;
-    } cases[] = {
-        {0, false, {4, 4}, "ss"},
-        {0, true, {4, 4}, "PP"},
-        {8, false, {4, 4, 4, 4}, "PPss"},
-        {9, false, {4, 4, 4, 4}, "PPPs"},
-        {3, false, {4, 1, 1}, "Pss"},
-        {8, true, {4, 4, 4, 4}, "PPPP"},
-        {-1, false, {4, 4, 4, 4}, "PPPP"},
-        {std::numeric_limits<int>::max(), false, {4, 4, 4}, "PPP"},
-    };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.m_Tail);
-        m_Filter.SetTail(row.m_Tail);
-        m_Filter.m_KeepsRunning = row.m_KeepsRunning;
+    const std::tuple<int, bool, const char*> cases[] = {
+        {0, false, "sss"}, {0, true, "PPP"},   {8, false, "PPs"},      {9, false, "PPP"},
+        {3, false, "Pss"}, {-1, false, "PPP"}, {1 << 30, false, "PPP"}};
+    for (const auto& [tail, keepsRunning, expected] : cases) {
+        m_Filter.SetTail(tail);
+        m_Filter.m_KeepsRunning = keepsRunning;
         // A block of signal starts the count anew, as does an Init.
         for (const bool init : {false, true}) {
-            if (init)
-                m_Filter.Init(48000.0, CFilterInitInfo());
-            else
-                m_Filter.Process(m_Data);
+            init ? m_Filter.Init(48000.0, CFilterInitInfo()) : m_Filter.Process(m_Data);
             m_Filter.TakeCalls();
             std::string letters;
-            for (const int samples : row.m_Blocks)
-                letters += RunSilence(samples);
-            EXPECT_EQ(letters, row.m_Expected);
+            for (int block = 0; block < 3; ++block)
+                letters += RunSilence();
+            EXPECT_EQ(letters, expected) << tail;
         }
     }
 }
 
-TEST_F(BaseCoreDSPFilter, TheCountOfSilenceNeverWraps) {
-    for (const std::int64_t samples : {s_Most, s_Most - 3, s_Most - 4}) {
-        m_Filter.SetTail(0);
-        m_Filter.SetSilentSamples(samples);
-        EXPECT_EQ(RunSilence(4), 's');
-        EXPECT_EQ(RunSilence(4), 's');
-        m_Filter.m_KeepsRunning = true;
-        EXPECT_EQ(RunSilence(4), 'P');
-        m_Filter.m_KeepsRunning = false;
-        EXPECT_EQ(RunSilence(4), 's');
-    }
-}
-
-TEST_F(BaseCoreDSPFilter, SilenceHasTheChannelsOfTheConfiguration) {
-    const struct {
-        int m_Index;
-        const char* m_Name;
-        int m_Inputs;
-    } cases[] = {{-1, "Main", 2}, {0, "Mono", 1}, {1, "Main", 2}, {-2, "Main", 2}};
-    m_Filter.SetTail(-1);
-    for (const auto& row : cases) {
-        CFilterInitInfo info;
-        info.m_IOConfigurationIndex = row.m_Index;
-        m_Filter.Init(48000.0, info);
-        m_Filter.TakeCalls();
-        EXPECT_STREQ(m_Filter.GetCurrentIOConfiguration().GetName(), row.m_Name);
-        RunSilence(4);
-        EXPECT_EQ(m_Filter.m_InputsCount, row.m_Inputs);
-    }
-}
-
-TEST_F(BaseCoreDSPFilter, ProcessRunsTheStreamsBeforeTheBlock) {
+TEST_F(BaseCoreDSPFilter, CallsInOrder) {
+    m_Filter.Init(44100.0, {});
+    m_Filter.Init(96000.0, {.m_ResetToDefaults = true});
+    m_Filter.ResetOutputs();
     m_Filter.Process(m_Data);
-    EXPECT_EQ(m_Filter.TakeCalls(), "streams(4) block(4)");
-    m_Data.m_pInputs = nullptr;
-    m_Filter.Process(m_Data);
-    EXPECT_EQ(m_Filter.TakeCalls(), "block(4)");
-    m_Data.m_pInputs = &m_Streams;
+    EXPECT_EQ(m_Filter.TakeCalls(), "init(44100) reset(0) init(96000) params(0) reset(0) "
+                                    "values(0) curves(0) streams(4) block(4) ");
+    CFilterPropertiesVariations variations;
+    variations.Setup(m_Filter, 1);
+    m_Data.m_pVariations = &variations;
+    // Only flags of parameters make values reach the filter, the start before the end.
+    for (const int kind : {Strings, Curves, Surfaces, CustomProperties})
+        Write(variations.GetStart(), kind, 0, 1);
+    Write(variations.GetEnd(), Params, 0, 7);
+    m_Filter.ProcessSilence(m_Data);
+    Write(variations.GetStart(), Params, 0, 5);
+    m_Filter.ProcessSilence(m_Data);
     m_Data.m_pOutputs = nullptr;
     m_Filter.Process(m_Data);
-    EXPECT_EQ(m_Filter.TakeCalls(), "block(4)");
     EXPECT_FALSE(m_Filter.ProcessSilence(m_Data));
-    EXPECT_EQ(m_Filter.TakeCalls(), "");
+    EXPECT_EQ(m_Filter.TakeCalls(),
+              "silence(4) params(7) params(5) silence(4) params(7) block(4) ");
 }
 
-TEST_F(BaseCoreDSPFilter, ASkippedBlockStillTakesTheValuesInOrder) {
-    CFilterPropertiesVariations variations;
-    variations.Setup(m_Filter, 1);
-    m_Data.m_pVariations = &variations;
-    SetNumber(variations.GetEnd(), Params, 0, 7);
-    m_Filter.ProcessSilence(m_Data);
-    EXPECT_EQ(m_Filter.TakeCalls(), "silence(4) params(7)") << "the start has no flag";
-    SetNumber(variations.GetStart(), Params, 0, 5);
-    m_Filter.ProcessSilence(m_Data);
-    EXPECT_EQ(m_Filter.TakeCalls(), "params(5) silence(4) params(7)");
-    m_Filter.SetTail(-1);
-    m_Filter.ProcessSilence(m_Data);
-    EXPECT_EQ(m_Filter.TakeCalls(), "streams(4) block(4)") << "the block takes them itself";
+TEST(OutputDataSync, FallsDueAtOnceAndThenOnceAPeriod) {
+    const std::pair<double, int> cases[] = {{10.0, 4410}, {7.0, 6300}, {50000.0, 0},
+                                            {-1.0, 0},    {0.0, 0},    {NAN, 0}};
+    for (const auto& [rate, period] : cases) {
+        COutputDataSync clock(1.0);
+        clock.SetSampleRate(44100.0);
+        EXPECT_TRUE(clock.IsTimeToSync());
+        clock.ResetCounter();
+        clock.AddSamples(period / 2);
+        clock.SetRefreshRate(rate); // Keeps the counter.
+        clock.AddSamples((period - 1) / 2);
+        EXPECT_EQ(clock.IsTimeToSync(), period == 0) << rate;
+        clock.AddSamples(1);
+        EXPECT_TRUE(clock.IsTimeToSync());
+        clock.AddSamples(std::numeric_limits<int>::max());
+        EXPECT_TRUE(clock.IsTimeToSync()) << "however long nobody asks";
+    }
 }
 
-TEST_F(BaseCoreDSPFilter, InitDerivesThenAppliesDefaultsThenResets) {
-    CFilterInitInfo info;
-    m_Filter.Init(44100.0, info);
-    EXPECT_EQ(m_Filter.TakeCalls(), "init(44100) reset");
-    info.m_ResetToDefaults = true;
-    m_Filter.Init(96000.0, info);
-    EXPECT_EQ(m_Filter.TakeCalls(), "init(96000) params(0) reset");
-    m_Filter.Reset();
-    m_Filter.ResetOutputs();
-    EXPECT_EQ(m_Filter.TakeCalls(), "reset values curves");
+TEST(ParamsValues, KeepWhatIsInsideAndReadZeroOutside) {
+    const double numbers[] = {1.0, 2.0, 3.0, 4.0, 5.0};
+    CParamsValues three(3, numbers);
+    const CParamsValues two(2, numbers + 3);
+    const CConstParamsValuesMux mux(three, two);
+    for (const int index : {-1, 3, 1000}) {
+        three.SetValue(index, 9.0);
+        EXPECT_EQ(three.GetValue(index), 0.0);
+    }
+    for (int i = 0; i < mux.GetCount(); ++i)
+        EXPECT_EQ(mux.GetValue(i), numbers[i]);
 }
-
-TEST_F(BaseCoreDSPFilter, OnlyFlagsOfParametersReachTheFilter) {
-    CFilterProperties values;
-    values.Setup(m_Filter);
-    for (const int kind : {Strings, Curves, Surfaces, CustomProperties})
-        SetNumber(values, kind, 0, 1);
-    m_Filter.SetInputValues(values);
-    EXPECT_EQ(m_Filter.TakeCalls(), "");
-    values.GetDirty(Params).GetElement(2).SetDirty();
-    m_Filter.SetInputValues(values);
-    EXPECT_EQ(m_Filter.TakeCalls(), "params(0)");
-}
-
-TEST_F(BaseCoreDSPFilter, HasNoOutputsOfItsOwn) {
-    EXPECT_FALSE(m_Filter.UpdateOutputs());
-    EXPECT_EQ(m_Filter.GetOutputDataSync(), nullptr);
-    EXPECT_EQ(m_Filter.GetInternalDSPState(), nullptr);
-    const Containers::IConstCount* const vectors[] = {
-        &m_Filter.GetOutputParamsValues(),     &m_Filter.GetPrivateOutputParamsValues(),
-        &m_Filter.GetOutputStrings(),          &m_Filter.GetOutputStringsDirty(),
-        &m_Filter.GetOutputCurves(),           &m_Filter.GetOutputCurvesDirty(),
-        &m_Filter.GetOutputSurfaces(),         &m_Filter.GetOutputSurfacesDirty(),
-        &m_Filter.GetOutputCustomProperties(), &m_Filter.GetOutputCustomPropertiesDirty(),
-        &m_Filter.GetLegacyPresets()};
-    for (const Containers::IConstCount* vector : vectors)
-        EXPECT_EQ(vector->GetCount(), 0);
-}
-
-TEST_F(BaseCoreDSPFilter, BlocksAllocateNothing) {
-    CFilterPropertiesVariations variations;
-    variations.Setup(m_Filter, 1);
-    m_Data.m_pVariations = &variations;
-    m_Filter.SetTail(5);
-    const CAllocationScope scope;
-    for (int block = 0; block < 4; ++block)
-        m_Filter.ProcessSilence(m_Data);
-    m_Filter.Process(m_Data);
-    EXPECT_EQ(scope.GetCount(), 0);
-}
-
-} // namespace
 
 } // namespace Lathe::Audio::DSP

@@ -1,5 +1,5 @@
-// What the tests of filters share: seeded noise, buffers of any stride, a rig that drives a filter
-// as its owner does, and second-order sections written as polynomials, in long double.
+// What the tests of filters share: seeded noise, buffers of any stride, and a rig that drives a
+// filter as its owner does.
 #pragma once
 
 #include "dsp/properties/FilterPropertiesVariations.h"
@@ -8,8 +8,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <cstdlib>
+#include <memory>
 #include <numbers>
 #include <random>
 #include <string>
@@ -21,85 +21,75 @@ using CSignal = std::vector<float>;
 using CSignals = std::vector<CSignal>;
 using CValues = std::vector<double>;
 
-// CAIRN_TEST_SEED repeats a run that failed.
-inline unsigned GetSeed() {
-    const char* text = std::getenv("CAIRN_TEST_SEED");
-    return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : 20240607u;
-}
-
+// A failure prints the seed; CAIRN_TEST_SEED repeats the run.
 class CRandom {
 public:
-    // The salt tells the sequences of one test apart.
-    explicit CRandom(unsigned salt = 0) : m_Engine(GetSeed() + salt) {}
-
     double Between(double min, double max) {
         return std::uniform_real_distribution<double>(min, max)(m_Engine);
     }
-    int Between(int min, int max) { return std::uniform_int_distribution<int>(min, max)(m_Engine); }
-    CSignal Noise(int samples) {
-        CSignal signal(static_cast<std::size_t>(samples));
-        for (float& sample : signal)
-            sample = static_cast<float>(Between(-1.0, 1.0));
-        return signal;
+    CSignals Noise(int channels, int samples) {
+        CSignals signals(static_cast<std::size_t>(channels));
+        for (CSignal& signal : signals)
+            std::generate_n(std::back_inserter(signal), samples,
+                            [this] { return static_cast<float>(Between(-1.0, 1.0)); });
+        return signals;
     }
 
 private:
-    std::mt19937 m_Engine;
+    static unsigned GetSeed() {
+        const char* text = std::getenv("CAIRN_TEST_SEED");
+        return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : 20240607u;
+    }
+
+    std::mt19937 m_Engine{GetSeed()};
+    testing::ScopedTrace m_Trace{__FILE__, __LINE__, "seed " + std::to_string(GetSeed())};
 };
 
 // Streams over memory of their own, which can be aimed at a part of it.
 class CBuffers : public IAudioStreams {
 public:
-    explicit CBuffers(const CSignals& signals, int stride = 1)
-        : m_Stride(stride), m_Samples(static_cast<int>(signals.at(0).size())) {
-        for (const CSignal& signal : signals) {
-            CSignal& memory = m_Memory.emplace_back(signal.size() * static_cast<unsigned>(stride));
-            for (std::size_t i = 0; i < signal.size(); ++i)
-                memory[i * static_cast<unsigned>(stride)] = signal[i];
-        }
-        m_Streams.resize(signals.size());
-        Aim(0, m_Samples);
-    }
-    CBuffers(int channels, int samples, float value = 0.0f, int stride = 1)
+    CBuffers(int channels, int samples, float value, int stride = 1)
         : CBuffers(CSignals(static_cast<std::size_t>(channels),
                             CSignal(static_cast<std::size_t>(samples), value)),
                    stride) {}
+    explicit CBuffers(const CSignals& signals, int stride = 1)
+        : m_Stride(stride), m_Memory(signals), m_Streams(signals.size()) {
+        m_Samples = static_cast<int>(signals.at(0).size());
+        for (int c = 0; c < GetCount(); ++c) {
+            m_Memory.data()[c].resize(signals[0].size() * static_cast<std::size_t>(stride) + 1);
+            for (int i = m_Samples - 1; i >= 0; --i)
+                At(c, i) = signals.data()[c].data()[i];
+        }
+        Aim(0, m_Samples);
+    }
 
     void Aim(int first, int samples) {
-        for (std::size_t c = 0; c < m_Streams.size(); ++c)
-            m_Streams[c] = CAudioStream(m_Memory[c].data(), first * m_Stride, samples * m_Stride,
-                                        m_Stride, false);
+        for (int c = 0; c < GetCount(); ++c)
+            m_Streams.data()[c] =
+                CAudioStream(&At(c, 0), first * m_Stride, samples * m_Stride, m_Stride, false);
     }
-    CSignals Read() const {
+    float& At(int channel, int sample) {
+        return m_Memory.data()[channel].data()[sample * m_Stride];
+    }
+    CSignals Read() {
         CSignals signals(m_Memory.size());
-        for (std::size_t c = 0; c < signals.size(); ++c) {
+        for (int c = 0; c < GetCount(); ++c) {
             for (int i = 0; i < m_Samples; ++i)
-                signals[c].push_back(m_Memory[c][static_cast<std::size_t>(i * m_Stride)]);
+                signals.data()[c].push_back(At(c, i));
         }
         return signals;
     }
 
     int GetCount() const override { return static_cast<int>(m_Streams.size()); }
-    const IAudioStream& GetElement(int index) const override {
-        return m_Streams[static_cast<std::size_t>(index)];
-    }
-    IAudioStream& GetElement(int index) override {
-        return m_Streams[static_cast<std::size_t>(index)];
-    }
+    const IAudioStream& GetElement(int index) const override { return m_Streams.data()[index]; }
+    IAudioStream& GetElement(int index) override { return m_Streams.data()[index]; }
 
 private:
     int m_Stride;
-    int m_Samples;
-    std::vector<CSignal> m_Memory;
+    int m_Samples = 0;
+    CSignals m_Memory;
     std::vector<CAudioStream> m_Streams;
 };
-
-inline CFilterInitInfo MakeInitInfo(int maxBlockSize) {
-    CFilterInitInfo info;
-    info.m_ResetToDefaults = true;
-    info.m_MaxBlockSize = maxBlockSize;
-    return info;
-}
 
 // Drives a filter, which it doesn't own, from its default values on.
 class CRig {
@@ -108,85 +98,65 @@ public:
     explicit CRig(IFilter& filter, double sampleRate = 44100.0, int maxBlockSize = 4096)
         : m_Filter(filter) {
         if (sampleRate > 0.0)
-            filter.Init(sampleRate, MakeInitInfo(maxBlockSize));
+            filter.Init(sampleRate, {.m_ResetToDefaults = true, .m_MaxBlockSize = maxBlockSize});
         m_Variations.Setup(filter, 1);
-        for (CFilterProperties* values : {&m_Variations.GetStart(), &m_Variations.GetEnd()}) {
-            values->SetDefaults(filter);
-            values->ClearDirty();
-        }
+        m_Variations.GetEnd().SetDefaults(filter);
+        m_Variations.Commit();
     }
     // Drives a copy of the other's filter onwards.
     CRig(IFilter& filter, const CRig& other)
         : m_Filter(filter), m_Variations(other.m_Variations), m_Moves(other.m_Moves) {}
 
     // Without a ramp.
-    void Set(int param, double value) {
-        Mark(param, value);
-        m_Filter.SetInputValues(m_Variations.GetEnd());
-        m_Variations.Commit();
-    }
     void Set(const CValues& values, int first = 0) {
-        for (std::size_t i = 0; i < values.size(); ++i)
-            Mark(first + static_cast<int>(i), values[i]);
+        Move(values, first);
         m_Filter.SetInputValues(m_Variations.GetEnd());
-        m_Variations.Commit();
+        Commit();
     }
     // Over the next block.
-    void Move(int param, double value) {
-        Mark(param, value);
+    void Move(const CValues& values, int first = 0) {
+        for (double value : values) {
+            m_Variations.GetEnd().GetParams().SetValue(first, value);
+            m_Variations.GetEnd().GetDirty(Params).GetElement(first++).SetDirty();
+        }
         m_Moves = true;
     }
-    void Move(const CValues& values, int first = 0) {
-        for (std::size_t i = 0; i < values.size(); ++i)
-            Move(first + static_cast<int>(i), values[i]);
-    }
-
-    void Process(const IConstAudioStreams& inputs, IAudioStreams& outputs, int samples) {
-        m_Filter.Process(Begin(&inputs, outputs, samples));
-        End();
-    }
-    bool ProcessSilence(IAudioStreams& outputs, int samples) {
-        const bool hasSignal = m_Filter.ProcessSilence(Begin(nullptr, outputs, samples));
-        End();
-        return hasSignal;
-    }
-    // The whole input in blocks of these sizes, what is left in one. The outputs start as NaN.
-    CSignals Run(const CSignals& input, const std::vector<int>& blocks = {}) {
-        CBuffers inputs(input);
-        const int total = static_cast<int>(input[0].size());
-        CBuffers outputs(inputs.GetCount(), total, std::nanf(""));
-        int first = 0;
-        const auto run = [&](int samples) {
-            inputs.Aim(first, samples);
-            outputs.Aim(first, samples);
-            Process(inputs, outputs, samples);
-            first += samples;
-        };
-        for (int samples : blocks)
-            run(std::min(samples, total - first));
-        if (first < total)
-            run(total - first);
-        return outputs.Read();
-    }
-
-private:
-    void Mark(int param, double value) {
-        m_Variations.GetEnd().GetParams().SetValue(param, value);
-        m_Variations.GetEnd().GetDirty(Params).GetElement(param).SetDirty();
-    }
-    CFilterProcessData Begin(const IConstAudioStreams* inputs, IAudioStreams& outputs,
-                             int samples) {
+    // Without inputs, of silence, with the filter's answer.
+    bool Process(const IConstAudioStreams* inputs, IAudioStreams& outputs, int samples) {
         CFilterProcessData data;
         data.m_pInputs = inputs;
         data.m_pOutputs = &outputs;
         data.m_SamplesCount = samples;
-        if (m_Moves) {
-            m_Variations.ComputeRates(samples);
-            data.m_pVariations = &m_Variations;
-        }
-        return data;
+        m_Variations.ComputeRates(samples);
+        data.m_pVariations = m_Moves ? &m_Variations : nullptr;
+        const bool hasSignal = !inputs && m_Filter.ProcessSilence(data);
+        if (inputs)
+            m_Filter.Process(data);
+        Commit();
+        return hasSignal;
     }
-    void End() {
+    // The whole input in blocks of these sizes, what is left in one. An output stride of 0 is in
+    // place.
+    CSignals Run(const CSignals& input, std::vector<int> blocks = {}, int inputStride = 1,
+                 int outputStride = 1) {
+        const int total = static_cast<int>(input[0].size());
+        CBuffers inputs(input, inputStride);
+        CBuffers others(inputs.GetCount(), total, NAN, outputStride);
+        CBuffers& outputs = outputStride == 0 ? inputs : others;
+        blocks.push_back(total);
+        int first = 0;
+        for (int block : blocks) {
+            const int samples = std::min(block, total - first);
+            inputs.Aim(first, samples);
+            others.Aim(first, samples);
+            Process(&inputs, outputs, samples);
+            first += samples;
+        }
+        return outputs.Read();
+    }
+
+private:
+    void Commit() {
         m_Variations.Commit();
         m_Moves = false;
     }
@@ -196,92 +166,15 @@ private:
     bool m_Moves = false;
 };
 
-// b(z) / a(z) in powers of 1/z, not normalised.
-struct SPolynomials {
-    long double m_b[3];
-    long double m_a[3];
-};
-
-inline long double GetOmega(double sampleRate, double frequency) {
-    return 2 * std::numbers::pi_v<long double> * static_cast<long double>(frequency) /
-           static_cast<long double>(sampleRate);
-}
-
-// The sections as the audio EQ cookbook prints them; 1/Q of the peak is its bandwidth.
-inline SPolynomials MakePeak(double sampleRate, double frequency, double bandwidth, double gain) {
-    const long double w = GetOmega(sampleRate, frequency);
-    const long double a = std::pow(10.0L, static_cast<long double>(gain) / 40);
-    const long double alpha = std::sin(w) / 2 * static_cast<long double>(bandwidth);
-    return {{1 + alpha * a, -2 * std::cos(w), 1 - alpha * a},
-            {1 + alpha / a, -2 * std::cos(w), 1 - alpha / a}};
-}
-
-// sign 1: the low shelf, -1: the high shelf, with a slope of 1.
-inline SPolynomials MakeShelf(int sign, double sampleRate, double frequency, double gain) {
-    const long double w = GetOmega(sampleRate, frequency);
-    const long double a = std::pow(10.0L, static_cast<long double>(gain) / 40);
-    const long double alpha = std::sin(w) / std::numbers::sqrt2_v<long double>;
-    const long double beta = 2 * std::sqrt(a) * alpha;
-    const long double c = sign * std::cos(w);
-    return {{a * (a + 1 - (a - 1) * c + beta), sign * 2 * a * (a - 1 - (a + 1) * c),
-             a * (a + 1 - (a - 1) * c - beta)},
-            {a + 1 + (a - 1) * c + beta, sign * -2 * (a - 1 + (a + 1) * c),
-             a + 1 + (a - 1) * c - beta}};
-}
-
-inline std::complex<long double> Evaluate(const long double (&p)[3], long double w) {
-    return p[0] + p[1] * std::polar(1.0L, -w) + p[2] * std::polar(1.0L, -2 * w);
-}
-inline double EvaluateGain(const SPolynomials& p, long double w) {
-    return static_cast<double>(std::abs(Evaluate(p.m_b, w)) / std::abs(Evaluate(p.m_a, w)));
-}
-// Turns by which the output lags behind the input.
-inline double EvaluatePhase(const SPolynomials& p, long double w) {
-    const auto lag = [w](const long double(&polynomial)[3]) {
-        const long double turns =
-            -std::arg(Evaluate(polynomial, w)) / (2 * std::numbers::pi_v<long double>);
-        return turns < 0 ? turns + 1 : turns;
-    };
-    return static_cast<double>(lag(p.m_b) - lag(p.m_a));
-}
-
-// The difference equation, with the textbook's signs and no rounding to float.
-class CNaiveSection {
-public:
-    long double Run(const SPolynomials& p, long double x) {
-        const long double y = (p.m_b[0] * x + p.m_b[1] * m_x[0] + p.m_b[2] * m_x[1] -
-                               p.m_a[1] * m_y[0] - p.m_a[2] * m_y[1]) /
-                              p.m_a[0];
-        m_x[1] = m_x[0];
-        m_x[0] = x;
-        m_y[1] = m_y[0];
-        m_y[0] = y;
-        return y;
+// The tolerance is relative to the highest sample of the channel. NaN fails.
+inline void CheckClose(const CSignals& actual, const CSignals& expected, double tolerance) {
+    for (std::size_t c = 0; c < expected.size(); ++c) {
+        const float peak =
+            std::max(1.0f, *std::max_element(expected[c].begin(), expected[c].end()));
+        for (std::size_t i = 0; i < expected[c].size(); ++i)
+            ASSERT_NEAR(actual[c].at(i), expected[c][i], tolerance * static_cast<double>(peak))
+                << i;
     }
-
-private:
-    long double m_x[2] = {0, 0};
-    long double m_y[2] = {0, 0};
-};
-
-inline double GetPeakLevel(const CSignal& signal) {
-    double peak = 0.0;
-    for (float sample : signal)
-        peak = std::max(peak, static_cast<double>(std::abs(sample)));
-    return peak;
-}
-
-// The tolerance is relative to the loudest sample. NaN fails.
-inline void CheckClose(const CSignal& actual, const CSignal& expected, double tolerance,
-                       std::size_t first = 0) {
-    ASSERT_EQ(actual.size(), expected.size());
-    const double bound = tolerance * std::max(1.0, GetPeakLevel(expected));
-    for (std::size_t i = first; i < actual.size(); ++i)
-        ASSERT_NEAR(actual[i], expected[i], bound) << "at sample " << i;
-}
-
-inline CSignal Rest(const CSignal& signal, std::size_t first) {
-    return CSignal(signal.begin() + static_cast<std::ptrdiff_t>(first), signal.end());
 }
 
 // The indices of the flags that are set; clears them.

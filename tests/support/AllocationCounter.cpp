@@ -3,37 +3,26 @@
 #include <cstdlib>
 #include <new>
 
-namespace {
+static thread_local int t_Total = 0;
 
-thread_local int t_Allocated = 0;
-thread_local int t_Freed = 0;
-
-void* Allocate(std::size_t size) noexcept {
-    ++t_Allocated;
+static void* Allocate(std::size_t size) noexcept {
+    ++t_Total;
     return std::malloc(size > 0 ? size : 1);
 }
 
-void* AllocateOrThrow(std::size_t size) {
+static void* AllocateOrThrow(std::size_t size) {
     if (void* memory = Allocate(size))
         return memory;
     throw std::bad_alloc();
 }
 
-void Free(void* memory) noexcept {
-    t_Freed += memory ? 1 : 0;
+static void Free(void* memory) noexcept {
+    t_Total += memory ? 1 : 0;
     std::free(memory);
 }
 
-} // namespace
-
-CAllocationScope::CAllocationScope() : m_AllocatedBefore(t_Allocated), m_FreedBefore(t_Freed) {}
-
-int CAllocationScope::GetCount() const {
-    return t_Allocated - m_AllocatedBefore;
-}
-
-int CAllocationScope::GetFreedCount() const {
-    return t_Freed - m_FreedBefore;
+int CAllocationScope::GetTotal() {
+    return t_Total;
 }
 
 // All forms for plain alignment: a sanitizer's own form of one would not match these. The forms for

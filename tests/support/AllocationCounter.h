@@ -4,13 +4,13 @@
 
 class CAllocationScope {
 public:
-    CAllocationScope();
+    CAllocationScope() : m_Before(GetTotal()) {}
 
     // Since the scope began, on the thread that asks, which is the one that made the scope.
-    int GetCount() const;
-    int GetFreedCount() const;
+    int GetCount() const { return GetTotal() - m_Before; }
 
 private:
-    int m_AllocatedBefore;
-    int m_FreedBefore;
+    static int GetTotal();
+
+    int m_Before;
 };

@@ -1,7 +1,5 @@
-// Proves that a snapshot of a filter's inputs takes sizes, defaults and values of every kind, and
-// that snapshots share what is larger than a number.
-
-#include "dsp/properties/FilterProperties.h"
+// Proves what snapshots of a filter's inputs hold and share, the rates at which inputs of every
+// kind move across a block, and that views read the right slice and copy nothing.
 
 #include "dsp/TestFilter.h"
 #include "dsp/properties/FilterPropertiesAdapter.h"
@@ -11,138 +9,107 @@
 
 namespace Lathe::Audio::DSP {
 
-namespace {
+static bool IsDirty(const IConstFilterProperties& values, int kind, int index) {
+    return values.GetDirty(kind).GetElement(index).IsDirty();
+}
 
-// Calls check(kind, index) for every input.
-template <class TCheck>
-void ForEachInput(const IConstFilterProperties& values, TCheck check) {
+TEST(FilterProperties, TakesDefaultsAndKeepsThemThroughSetup) {
+    CFilterProperties values;
+    // Larger, smaller and larger again: what comes back is new.
+    values.SetDefaults(CTestFilter(2));
+    values.Setup(CTestFilter());
+    values.Setup(CTestFilter(2));
     for (int kind = 0; kind < InputKinds; ++kind) {
-        ASSERT_EQ(GetCount(values, kind), values.GetDirty(kind).GetCount());
-        for (int i = 0; i < GetCount(values, kind); ++i) {
-            SCOPED_TRACE(testing::Message() << "input " << i << " of kind " << kind);
-            check(kind, i);
+        const int kept = CTestFilter::s_InputsCounts[kind];
+        ASSERT_EQ(values.GetDirty(kind).GetCount(), 2 * kept);
+        for (int i = 0; i < 2 * kept; ++i) {
+            EXPECT_EQ(IsDirty(values, kind, i), i < kept);
+            EXPECT_TRUE(kind != Params || values.GetParams().GetValue(i) == (i < kept ? i : 0));
+        }
+    }
+    CFilterProperties assigned;
+    assigned.Assign(values);
+    for (int kind = 0; kind < InputKinds; ++kind) {
+        EXPECT_EQ(Read(assigned, kind, 0), Read(values, kind, 0)) << "shared";
+        Write(assigned, kind, 0, 5);
+        EXPECT_NE(Read(assigned, kind, 0), Read(values, kind, 0)) << "no longer shared";
+    }
+}
+
+TEST(FilterPropertiesVariations, MoveWhatIsFlaggedAndNothingElse) {
+    CFilterPropertiesVariations original;
+    original.Setup(CTestFilter(), 1);
+    original.ComputeRates(4); // Nothing moves, and the vectors of rates are hidden.
+    CFilterPropertiesVariations variations(original);
+    for (const int samples : {4, 1, 0}) {
+        for (int moved = 0; moved < InputKinds; ++moved) {
+            const int count = CTestFilter::s_InputsCounts[moved];
+            for (int i = 0; i < count; ++i) {
+                Write(variations.GetStart(), moved, i, 1);
+                Write(variations.GetEnd(), moved, i, 3);
+            }
+            if (count > 1) // Differs but isn't flagged.
+                variations.GetEnd().GetDirty(moved).GetElement(1).ClearDirty();
+            // Holds what the start gives up, so that nothing is freed either.
+            const CFilterProperties before(variations.GetStart());
+            const CAllocationScope scope;
+            variations.ComputeRates(samples);
+            variations.Commit();
+            EXPECT_EQ(scope.GetCount(), 0);
+            for (int kind = 0; kind < InputKinds; ++kind)
+                ASSERT_EQ(variations.GetVariations(kind).GetCount(), kind == moved ? 1 : 0);
+            const IConstParamsValues& rate = variations.GetVariations(moved).GetElement(0);
+            ASSERT_EQ(rate.GetCount(), count);
+            for (int i = 0; i < count; ++i) {
+                const double advance = i == 1 || samples == 0 ? 0.0 : 1.0 / samples;
+                EXPECT_EQ(rate.GetValue(i), moved == Params ? 2.0 * advance : advance);
+                EXPECT_EQ(Read(variations.GetStart(), moved, i),
+                          i == 1 ? Read(before, moved, i) : Read(variations.GetEnd(), moved, i));
+                EXPECT_FALSE(IsDirty(variations.GetEnd(), moved, i));
+            }
         }
     }
 }
 
-bool IsDirty(const IConstFilterProperties& values, int kind, int index) {
-    return values.GetDirty(kind).GetElement(index).IsDirty();
-}
-
-TEST(FilterProperties, DefaultsAreThoseOfTheDescriptionsWithEveryFlag) {
-    CTestFilter filter;
-    CFilterProperties values;
-    values.SetDefaults(filter);
-    for (int kind = 0; kind < InputKinds; ++kind)
-        EXPECT_EQ(GetCount(values, kind), CTestFilter::s_InputsCounts[kind]);
-    ForEachInput(values, [&](int kind, int i) {
-        EXPECT_EQ(GetNumber(values, kind, i), 100 * kind + i);
-        EXPECT_TRUE(IsDirty(values, kind, i));
-    });
-    filter.SetInputValues(values);
-    EXPECT_EQ(filter.TakeCalls(), "params(0)");
-}
-
-TEST(FilterProperties, SetupBringsInPlainValuesAndKeepsTheRest) {
-    const CTestFilter filter;
-    const CTestFilter large(2);
-    CFilterProperties values;
-    values.Setup(filter);
-    ForEachInput(values, [&](int kind, int i) {
-        EXPECT_EQ(GetNumber(values, kind, i), 0.0);
-        EXPECT_FALSE(IsDirty(values, kind, i));
-    });
-    // Larger, smaller and larger again: what comes back is new.
-    values.SetDefaults(large);
-    values.Setup(filter);
-    values.Setup(large);
-    ForEachInput(values, [&](int kind, int i) {
-        const bool kept = i < CTestFilter::s_InputsCounts[kind];
-        EXPECT_EQ(GetNumber(values, kind, i), kept ? 100 * kind + i : 0.0);
-        EXPECT_EQ(IsDirty(values, kind, i), kept);
-    });
-    values.ClearDirty();
-    for (int kind = 0; kind < InputKinds; ++kind)
-        EXPECT_FALSE(IsAnyDirty(values, kind));
-}
-
-TEST(FilterProperties, ADefaultThatIsMissingIsNoValue) {
-    class CFilter : public CTestFilter {
-    public:
-        CFilter() { m_InputCustomPropertiesInfo[0] = CCustomPropertyInfo(); }
-    };
-    CFilterProperties values;
-    values.SetDefaults(CTestFilter());
-    values.SetDefaults(CFilter());
-    EXPECT_EQ(dynamic_cast<const CNumberProperty*>(&values.GetCustomProperties().GetValue(0)),
-              nullptr);
-    EXPECT_EQ(GetNumber(values, CustomProperties, 1), 401.0);
-}
-
-TEST(FilterProperties, AssignTakesValuesAndFlagsAndSharesThem) {
-    const CTestFilter filter(2);
-    CFilterProperties source;
-    source.SetDefaults(filter);
-    source.ClearDirty();
-    for (int kind = 0; kind < InputKinds; ++kind)
-        SetNumber(source, kind, 1, 77);
-    CFilterProperties target;
-    target.SetDefaults(CTestFilter());
-    target.Assign(source);
-    const auto check = [&] {
-        ForEachInput(source, [&](int kind, int i) {
-            EXPECT_EQ(GetNumber(target, kind, i), i == 1 ? 77 : 100 * kind + i);
-            EXPECT_EQ(IsDirty(target, kind, i), i == 1);
-            EXPECT_EQ(GetAddress(target, kind, i), GetAddress(source, kind, i));
-        });
-    };
-    check();
-    {
-        const CAllocationScope scope;
-        target.Assign(source);
-        target.Assign(target);
-        EXPECT_EQ(scope.GetCount(), 0) << "the sizes stand";
-    }
-    check();
-    // A write to one leaves the other alone.
+TEST(FilterPropertiesAdapter, SeesAllThenEachChannelThenARange) {
+    const CTestFilter one;
+    CFilterPropertiesVariations source;
+    source.Setup(CTestFilter(3), 1);
     for (int kind = 0; kind < InputKinds; ++kind) {
-        SetNumber(target, kind, 1, 5);
-        EXPECT_EQ(GetNumber(source, kind, 1), 77.0);
+        for (int i = 0; i < source.GetEnd().GetDirty(kind).GetCount(); ++i) {
+            Write(source.GetStart(), kind, i, i);
+            Write(source.GetEnd(), kind, i, 3 * i);
+        }
+    }
+    source.ComputeRates(10);
+    CFilterPropertiesVariationsAdapter view;
+    view.Reserve(1);
+    const auto check = [&](int kind, int first, int count) {
+        SCOPED_TRACE(testing::Message() << "kind " << kind << " from " << first);
+        const IConstParamsValues& rates = view.GetVariations(kind).GetElement(0);
+        ASSERT_EQ(view.GetEnd().GetDirty(kind).GetCount(), count);
+        ASSERT_EQ(rates.GetCount(), count);
+        for (int i = 0; i < count; ++i) {
+            const int from = first + i;
+            EXPECT_EQ(Read(view.GetStart(), kind, i), Read(source.GetStart(), kind, from));
+            EXPECT_EQ(Read(view.GetEnd(), kind, i), Read(source.GetEnd(), kind, from));
+            EXPECT_EQ(&view.GetEnd().GetDirty(kind).GetElement(i),
+                      &source.GetEnd().GetDirty(kind).GetElement(from));
+            EXPECT_EQ(rates.GetValue(i), source.GetVariations(kind).GetElement(0).GetValue(from));
+        }
+    };
+    for (int kind = 0; kind < InputKinds; ++kind) {
+        const int count = CTestFilter::s_InputsCounts[kind];
+        const CAllocationScope scope;
+        view.Attach(source);
+        view.SetChannel(one, 2);
+        EXPECT_EQ(scope.GetCount(), 0);
+        check(kind, 2 * count, count);
+        view.SetRange(kind, 1, -1);
+        check(kind, 1, 3 * count - 1);
+        view.Attach(source);
+        check(kind, 0, 3 * count);
     }
 }
-
-TEST(FilterProperties, AssignFromAViewTakesItsRange) {
-    CFilterProperties source;
-    source.SetDefaults(CTestFilter(2));
-    CFilterPropertiesAdapter view;
-    view.Attach(source);
-    view.SetChannel(CTestFilter(), 1);
-    CFilterProperties target;
-    target.Assign(view);
-    ForEachInput(target, [&](int kind, int i) {
-        EXPECT_EQ(GetNumber(target, kind, i), 100 * kind + CTestFilter::s_InputsCounts[kind] + i);
-    });
-}
-
-TEST(FilterProperties, TheLastHolderFreesAValue) {
-    int alive = 0;
-    {
-        CFilterProperties first;
-        first.Setup(CTestFilter());
-        first.GetCurves().SetValue(0, CCountedCurve(2.0, alive));
-        EXPECT_EQ(alive, 1) << "a copy of what was given";
-        const CFilterProperties second(first);
-        EXPECT_EQ(alive, 1);
-        first.GetCurves().SetValue(0, first.GetCurves().GetValue(0));
-        EXPECT_EQ(alive, 2);
-        EXPECT_EQ(GetNumber(first, Curves, 0), 2.0) << "its own value given back to it";
-        first.Setup(CTestFilter(0));
-        EXPECT_EQ(alive, 1);
-        EXPECT_EQ(GetNumber(second, Curves, 0), 2.0);
-    }
-    EXPECT_EQ(alive, 0);
-}
-
-} // namespace
 
 } // namespace Lathe::Audio::DSP
