@@ -95,7 +95,7 @@ private:
 class CRig {
 public:
     // Initialises the filter, unless the rate is 0.
-    explicit CRig(IFilter& filter, double sampleRate = 44100.0, int maxBlockSize = 4096)
+    explicit CRig(IFilter& filter, double sampleRate = 44100.0, int maxBlockSize = 20000)
         : m_Filter(filter) {
         if (sampleRate > 0.0)
             filter.Init(sampleRate, {.m_ResetToDefaults = true, .m_MaxBlockSize = maxBlockSize});

@@ -9,6 +9,10 @@
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "math/Constant.h"
 
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <utility>
@@ -42,7 +46,9 @@ public:
     IOutputDataSync* GetOutputDataSync() override { return m_Clock ? &*m_Clock : nullptr; }
 
     // The calls since the last question, such as "streams(4) block(4) ".
-    std::string TakeCalls() { return std::exchange(m_Calls, ""); }
+    std::string TakeCalls() {
+        return {m_Calls.data(), std::exchange(m_CallsLength, std::size_t{0})};
+    }
     void SetTail(int samples) { m_TailLength = m_Latency = samples; }
 
     bool m_KeepsRunning = false;
@@ -80,10 +86,15 @@ protected:
 
 private:
     void Note(const char* call, int number) {
-        m_Calls.append(call).append("(").append(std::to_string(number)).append(") ");
+        const std::size_t room = m_Calls.size() - m_CallsLength;
+        m_CallsLength += static_cast<std::size_t>(
+            std::snprintf(m_Calls.data() + m_CallsLength, room, "%s(%d) ", call, number));
+        ASSERT_LT(m_CallsLength, m_Calls.size());
     }
 
-    std::string m_Calls;
+    // Of a fixed size: calls are noted on the audio path, where nothing allocates.
+    std::array<char, 1000> m_Calls{};
+    std::size_t m_CallsLength = 0;
     CProcessInfo m_ProcessInfo{1, 1};
 };
 
