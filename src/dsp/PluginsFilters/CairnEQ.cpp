@@ -323,6 +323,8 @@ void CCairnEQ::OnResetOutputCurves() {
 
 void CCairnEQ::ProcessStreams(const IConstAudioStreams& inputs, IAudioStreams& outputs, int samples,
                               const IConstFilterPropertiesVariations* variations) {
+    if (inputs.GetCount() < 1 || outputs.GetCount() < 1)
+        return;
     if (variations)
         m_ParamsChanged = m_ParamsChanged || IsAnyDirty(variations->GetStart(), Params) ||
                           IsAnyDirty(variations->GetEnd(), Params);
