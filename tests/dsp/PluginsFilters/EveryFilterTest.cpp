@@ -60,6 +60,10 @@ static std::unique_ptr<IFilter> Make(int channels) {
 using namespace Filters;
 using namespace PluginsFilters;
 
+void PrintTo(const SFilter& filter, std::ostream* stream) {
+    *stream << filter.m_Name;
+}
+
 // clang-format off
 static const SFilter s_Filters[] = {
     {"Gain", 3, Make<CGain>, MakeGain, {3.0}, {-60.0}},
