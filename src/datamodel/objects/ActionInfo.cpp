@@ -4,7 +4,7 @@ namespace Lathe::DataModel::Objects {
 
 void CActionInfo::SetGraphics(const Graphics::I2DGraphics* graphics, GraphicsDeleter deleter) {
     if (graphics == m_Graphics.get())
-        m_Graphics.release();
+        m_Graphics.get_deleter() = &KeepGraphics;
     m_Graphics = {graphics, deleter ? deleter : &KeepGraphics};
     NotifyChanged();
 }
