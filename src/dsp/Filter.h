@@ -86,6 +86,12 @@ struct CFilterProcessData {
     const ITransportInfo* m_pTransportInfo = nullptr;
 };
 
+// False when the block brings fewer channels than these: a filter then does nothing with it.
+inline bool HasChannels(const CFilterProcessData& data, int inputs, int outputs) LATHE_REALTIME {
+    return (data.m_pInputs ? data.m_pInputs->GetCount() : 0) >= inputs &&
+           (data.m_pOutputs ? data.m_pOutputs->GetCount() : 0) >= outputs;
+}
+
 class IFilter {
 public:
     // A filter with the same settings and state, which the caller owns.

@@ -2,13 +2,13 @@
 // filter as its owner does.
 #pragma once
 
+#include "core/Fixtures.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <memory>
 #include <numbers>
 #include <random>
@@ -21,7 +21,7 @@ using CSignal = std::vector<float>;
 using CSignals = std::vector<CSignal>;
 using CValues = std::vector<double>;
 
-// A failure prints the seed; CAIRN_TEST_SEED repeats the run.
+// A failure prints the seed.
 class CRandom {
 public:
     double Between(double min, double max) {
@@ -36,11 +36,6 @@ public:
     }
 
 private:
-    static unsigned GetSeed() {
-        const char* text = std::getenv("CAIRN_TEST_SEED");
-        return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : 20240607u;
-    }
-
     std::mt19937 m_Engine{GetSeed()};
     testing::ScopedTrace m_Trace{__FILE__, __LINE__, "seed " + std::to_string(GetSeed())};
 };

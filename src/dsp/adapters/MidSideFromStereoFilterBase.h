@@ -116,8 +116,7 @@ public:
     void Process(const CFilterProcessData& data) LATHE_REALTIME override {
         const int inputs = GetCurrentIOConfiguration().GetInputs().GetCount();
         const int outputs = GetCurrentIOConfiguration().GetOutputs().GetCount();
-        if ((data.m_pInputs ? data.m_pInputs->GetCount() : 0) < inputs ||
-            (data.m_pOutputs ? data.m_pOutputs->GetCount() : 0) < outputs)
+        if (!HasChannels(data, inputs, outputs))
             return;
         SizeScratch(data.m_SamplesCount);
         if (inputs > 0) {
@@ -133,7 +132,7 @@ public:
     }
     bool ProcessSilence(const CFilterProcessData& data) LATHE_REALTIME override {
         const int outputs = GetCurrentIOConfiguration().GetOutputs().GetCount();
-        if ((data.m_pOutputs ? data.m_pOutputs->GetCount() : 0) < outputs)
+        if (!HasChannels(data, 0, outputs))
             return false;
         const bool hasSignal = m_Stereo.ProcessSilence(WithStereoVariations(data));
         Decode(data, outputs);

@@ -110,8 +110,7 @@ void CBiquadFilter::OnReset() {
 }
 
 void CBiquadFilter::ProcessBlock(const CFilterProcessData& data) {
-    if (!data.m_pInputs || !data.m_pOutputs || data.m_pInputs->GetCount() < m_InputChannels ||
-        data.m_pOutputs->GetCount() < m_OutputChannels)
+    if (!HasChannels(data, m_InputChannels, m_OutputChannels))
         return;
     int rampOrders = 0;
     if (data.m_pVariations) {

@@ -94,8 +94,7 @@ void CGain::OnInputParamsChanged(const IConstParamsValues& values) {
 }
 
 void CGain::ProcessBlock(const CFilterProcessData& data) {
-    if (!data.m_pInputs || !data.m_pOutputs || data.m_pInputs->GetCount() < m_InputChannels ||
-        data.m_pOutputs->GetCount() < m_OutputChannels)
+    if (!HasChannels(data, m_InputChannels, m_OutputChannels))
         return;
     int rampOrders = 0;
     if (data.m_pVariations) {

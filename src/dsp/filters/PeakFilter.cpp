@@ -38,8 +38,7 @@ inline void CPeakFilter::SValues::Step(const SValues& rates) {
 
 // The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
 // the bandwidth.
-[[gnu::always_inline]] inline SBiquadCoefficients
-CPeakFilter::SValues::ComputeCoefficients() const {
+inline SBiquadCoefficients CPeakFilter::SValues::ComputeCoefficients() const {
     // Copies: behind a reference the compiler can't take sine and cosine in one call.
     const auto [w, halfBandwidth, a] = *this;
     const double alpha = std::sin(w) * halfBandwidth;

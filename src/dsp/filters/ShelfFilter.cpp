@@ -30,7 +30,7 @@ const CParamInfos& GetShelfParams() {
 // Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle in
 // radians per sample and the fourth root of the linear gain.
 
-[[gnu::always_inline]] inline SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
+inline SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
     const double a = sqrtA * sqrtA;
     const double beta = std::sin(w) * sqrtA * s_Sqrt2;
     const double cosW = std::cos(w);
@@ -44,7 +44,7 @@ const CParamInfos& GetShelfParams() {
     return c;
 }
 
-[[gnu::always_inline]] inline SBiquadCoefficients ComputeHighShelf(double w, double sqrtA) {
+inline SBiquadCoefficients ComputeHighShelf(double w, double sqrtA) {
     const double a = sqrtA * sqrtA;
     const double beta = std::sin(w) * sqrtA * s_Sqrt2;
     const double cosW = std::cos(w);
