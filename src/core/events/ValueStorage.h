@@ -4,11 +4,13 @@
 
 #include "core/text/CharString.h"
 
+#include <atomic>
 #include <memory>
 
 namespace Lathe::Core {
 
-// Numbers: equal means neither less nor greater, so a NaN equals everything and is not stored.
+// Numbers: equal means neither less nor greater, so a NaN equals everything and is not stored. Any
+// thread may read while another one writes.
 template <class T>
 class TValueStorage {
 public:
@@ -16,13 +18,18 @@ public:
 
     TValueStorage() = default;
     explicit TValueStorage(T value) : m_Value(value) {}
-    T Get() const { return m_Value; }
-    void Set(T value) { m_Value = value; }
-    bool IsEqual(T value) const { return !(value < m_Value) && !(value > m_Value); }
-    T MakeCopy() const { return m_Value; }
+    TValueStorage(const TValueStorage& other) : m_Value(other.Get()) {}
+    TValueStorage& operator=(const TValueStorage& other) {
+        Set(other.Get());
+        return *this;
+    }
+    T Get() const { return m_Value.load(std::memory_order_relaxed); }
+    void Set(T value) { m_Value.store(value, std::memory_order_relaxed); }
+    bool IsEqual(T value) const { return !(value < Get()) && !(value > Get()); }
+    T MakeCopy() const { return Get(); }
 
 private:
-    T m_Value{};
+    std::atomic<T> m_Value{};
 };
 
 // Texts: equal means equal letters; null counts as the empty text.

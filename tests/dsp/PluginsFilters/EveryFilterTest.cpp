@@ -5,7 +5,7 @@
 #include "dsp/FilterTestSupport.h"
 #include "dsp/PluginsFilters/DualCairnEQ.h"
 #include "support/AllocationCounter.h"
-#include "support/RealtimeException.h"
+#include "core/RealtimePermission.h"
 
 namespace Lathe::Audio::DSP {
 
@@ -155,7 +155,7 @@ TEST_P(EveryFilter, GivesTheSameBitsInEveryLayoutAndSizeOfBlocks) {
         EXPECT_EQ(RunLayout({m_Input[c]}, 1, 4), CSignals{all[c]});
     }
     const CSignals whole = m_Driven.m_Rig.Run(m_Input);
-    const CRealtimeException roomIsMade; // The host may not tell its block size.
+    const Lathe::Core::CRealtimePermission roomIsMade; // The host may not tell its block size.
     SDriven parts(m_Test, 0, 0);
     std::vector<int> blocks(20);
     for (int& samples : blocks)
@@ -240,7 +240,7 @@ TEST_P(EveryFilter, EndsADecayInExactZeros) {
 
 TEST_P(EveryFilter, IsTheIdentityByDefaultAndBeforeInit) {
     const auto fresh = m_Test.m_Make(m_Test.m_Channels);
-    const CRealtimeException roomIsMade;
+    const Lathe::Core::CRealtimePermission roomIsMade;
     CRig early(*fresh, 0.0);
     early.Set(m_Test.m_End);
     CheckClose(early.Run(m_Input), m_Input, 1e-6);

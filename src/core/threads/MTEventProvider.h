@@ -1,0 +1,30 @@
+// Events for any thread: a subscriber is never removed while it runs.
+//
+// A notification holds the lock, so whoever removes a command waits for a notification in progress.
+// A command may add and remove on its own thread. A copy starts without subscribers.
+#pragma once
+
+#include "core/events/EventProvider.h"
+#include "core/threads/CriticalSection.h"
+
+namespace Lathe::System {
+
+class CMTEventProvider : public Core::CEventProvider {
+public:
+    CMTEventProvider() = default;
+    CMTEventProvider(const CMTEventProvider& other) : CEventProvider(other) {}
+    CMTEventProvider& operator=(const CMTEventProvider&) { return *this; }
+
+    using CEventProvider::AddCommand;
+    using CEventProvider::RemoveCommand;
+    void AddCommand(Core::ICommand* command) override;
+    void RemoveCommand(Core::ICommand*& command, bool destroy) override;
+    void RemoveAllCommands(Core::ICommand* command) override;
+    // The audio thread notifies too: subscribers come and go within a few assignments.
+    void Notify() LATHE_REALTIME override;
+
+private:
+    CCriticalSection m_Lock;
+};
+
+} // namespace Lathe::System
