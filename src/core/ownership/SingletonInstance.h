@@ -5,6 +5,13 @@
 
 namespace Lathe::Core {
 
+// How the first holder makes the instance; specialised next to a class that needs more.
+template <class T>
+struct TSingletonCreator {
+    // The caller owns it.
+    static T* Create() { return new T; }
+};
+
 // Each holder counts up, and the first makes the instance; the last one's destruction deletes it.
 // Holders may live on any thread.
 template <class T, class TLock>
@@ -13,8 +20,8 @@ public:
     TSingletonInstance() {
         CAutoLock lock(GetLock());
         if (s_Holders == 0)
-            s_Instance = new T; // Deleted by the last holder's destructor.
-        ++s_Holders;            // Behind the creation: a holder that failed is not counted.
+            s_Instance = TSingletonCreator<T>::Create(); // Deleted by the last holder's destructor.
+        ++s_Holders; // Behind the creation: a holder that failed is not counted.
     }
     TSingletonInstance(const TSingletonInstance&) : TSingletonInstance() {}
     TSingletonInstance& operator=(const TSingletonInstance&) { return *this; }
