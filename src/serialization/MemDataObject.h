@@ -2,37 +2,24 @@
 #pragma once
 
 #include "core/containers/NameHash.h"
+#include "serialization/BufferStream.h"
 #include "serialization/DataBuffer.h"
-#include "serialization/DataStream.h"
 #include "serialization/Serializable.h"
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace Lathe::Serialization {
 
-// Null names and null values other than a null text are refused; a null text reads as an empty one.
-class CMemDataObject : public IReadWriteDataStream, public ISerializable {
+class CMemDataObject : public CBufferStream, public ISerializable {
 public:
     CMemDataObject();
 
     bool IsIncremental() const override { return false; }
-    bool ReadBool(const char* name, bool* value) const override;
-    bool ReadInt(const char* name, int* value) const override;
-    bool ReadFloat(const char* name, float* value) const override;
-    bool ReadDouble(const char* name, double* value) const override;
-    bool ReadString(const char* name, char** value) const override;
-    bool ReadData(const char* name, char** data, int* size) const override;
     bool ReadObject(const char* name, IDeSerialize& object) const override;
-
-    bool WriteBool(const char* name, const bool* value) override;
-    bool WriteInt(const char* name, const int* value) override;
-    bool WriteFloat(const char* name, const float* value) override;
-    bool WriteDouble(const char* name, const double* value) override;
-    bool WriteString(const char* name, const char* value) override;
-    bool WriteData(const char* name, const void* data, int size) override;
     bool WriteObject(const char* name, const ISerialize& object) override;
 
     bool HasValue(const char* name) const;
@@ -50,11 +37,9 @@ public:
     bool DeSerialize(const IReadDataStream& input) override;
 
 private:
-    const CDataBuffer* Find(const char* name) const;
-    CDataBuffer& GetBuffer(const char* name) { return m_Values[name]; }
+    const CDataBuffer* FindBuffer(std::string_view name) const override;
+    void StoreBuffer(std::string_view name, CDataBuffer buffer) override;
     std::vector<std::string> GetSortedNames() const;
-    template <class T>
-    bool WriteNumber(const char* name, const T* value, void (CDataBuffer::*set)(T));
 
     std::unordered_map<std::string, CDataBuffer, Containers::CNameHash, std::equal_to<>> m_Values;
 };

@@ -2,16 +2,15 @@
 
 #include "core/text/CharString.h"
 #include "core/text/NumberText.h"
+#include "serialization/AtomicFile.h"
 #include "serialization/Base64.h"
 #include "serialization/Serializable.h"
 #include "serialization/XmlText.h"
 
 #include <tinyxml.h>
 
-#include <array>
 #include <charconv>
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 #include <mutex>
 #include <string_view>
@@ -31,11 +30,6 @@ constexpr const char* FloatTag = "FLOAT";
 constexpr const char* DoubleTag = "DOUBLE";
 constexpr const char* IntTag = "INTEGER";
 constexpr const char* BoolTag = "BOOL";
-
-struct SFileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, SFileCloser>;
 
 bool IsBlank(const std::string& text) {
     return text.find_first_not_of(" \t\r\n\v\f") == std::string::npos;
@@ -274,14 +268,8 @@ CXmlDataObject::CXmlDataObject(const char* rootName, int format)
 
 bool CXmlDataObject::Load(const char* path) {
     std::string text;
-    if (const File file{path ? std::fopen(path, "r") : nullptr}) {
-        // A device may have no end.
-        std::array<char, 65536> block;
-        for (std::size_t count = 1; count > 0 && text.size() <= MaxXmlSize;) {
-            count = std::fread(block.data(), 1, block.size(), file.get());
-            text.append(block.data(), count);
-        }
-    }
+    // Without a text, parsing fails and empties the document.
+    ReadFile(path, MaxXmlSize, text);
     return ParseText(std::move(text));
 }
 
@@ -321,13 +309,7 @@ std::string CXmlDataObject::Print() const {
 }
 
 bool CXmlDataObject::Save(const char* path) const {
-    const std::string text = Print();
-    File file{path ? std::fopen(path, "w") : nullptr};
-    if (!file)
-        return false;
-    const bool written = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
-    // Most of the text reaches the disk only now.
-    return std::fclose(file.release()) == 0 && written;
+    return WriteFile(path, Print());
 }
 
 bool CXmlDataObject::GetText(char*& text) const {

@@ -102,8 +102,8 @@ public:
     // exist, isn't well-formed, or is refused for its size (XmlText.h) gives false and an empty
     // document.
     bool Load(const char* path);
-    // False if the file can't be opened, or can't be written to its end, as on a full disk; what it
-    // held before is lost then.
+    // False if the file can't be written to its end, as on a full disk; it keeps what it held then
+    // (AtomicFile.h).
     bool Save(const char* path) const;
     // As Load. The text ends at the length or at the first zero.
     bool Parse(const char* text, int length);

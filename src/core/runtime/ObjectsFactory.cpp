@@ -22,11 +22,16 @@ void CObjectsFactory::RegisterFactory(const char* classId, const char* interface
     m_Factories[MakeKey(classId, interfaceId)] = &factory;
 }
 
-void* CObjectsFactory::CreateObject(const char* classId, const char* interfaceId) const {
+const IObjectFactory* CObjectsFactory::Find(const char* classId, const char* interfaceId) const {
     if (!classId || !interfaceId)
         return nullptr;
     const auto found = m_Factories.find(MakeKey(classId, interfaceId));
-    return found == m_Factories.end() ? nullptr : found->second->CreateObject(classId, interfaceId);
+    return found == m_Factories.end() ? nullptr : found->second;
+}
+
+void* CObjectsFactory::CreateObject(const char* classId, const char* interfaceId) const {
+    const IObjectFactory* factory = Find(classId, interfaceId);
+    return factory ? factory->CreateObject(classId, interfaceId) : nullptr;
 }
 
 } // namespace Lathe::Runtime

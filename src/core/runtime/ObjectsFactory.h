@@ -22,12 +22,18 @@ public:
     void RegisterFactory(const char* classId, const char* interfaceId,
                          const IObjectFactory& factory);
 
+    // Whether the pair is known; false for null ids.
+    bool HasFactory(const char* classId, const char* interfaceId) const {
+        return Find(classId, interfaceId) != nullptr;
+    }
     // Null for an unknown pair, and for null ids.
     void* CreateObject(const char* classId, const char* interfaceId) const override;
     void* CreateObject(const char* id) const override { return CreateObject(id, id); }
 
 private:
     CObjectsFactory();
+
+    const IObjectFactory* Find(const char* classId, const char* interfaceId) const;
 
     std::unordered_map<std::string, const IObjectFactory*, Containers::CNameHash, std::equal_to<>>
         m_Factories;
