@@ -41,6 +41,8 @@ public:
     virtual void SetMax(double max) = 0;
     virtual Core::IEventProvider& GetChangedEvent() const = 0;
     virtual ~IMIDICCSetting() = default;
+    // Takes all that the operations above set, and raises the event once if anything differs.
+    virtual void Copy(const IMIDICCSetting& other) = 0;
 };
 
 using IConstMIDICCSettings = Containers::IConstVector<IMIDICCSetting>;
