@@ -31,20 +31,20 @@ std::string AppendLevels(std::string base, std::initializer_list<std::string> le
     return base;
 }
 
-std::string GetInstallFolder(const std::string& modulePath) {
+std::string MakeInstallFolder(const std::string& modulePath) {
     const std::string name = GetName(modulePath);
     if (name.empty())
         return name;
     return (std::filesystem::path(modulePath).parent_path() / (name + " data")).string();
 }
 
-std::string GetSettingsFolder(const IConstPackageInfo* package, const std::string& name) {
+std::string MakeSettingsFolder(const IConstPackageInfo* package, const std::string& name) {
     if (name.empty())
         return name;
     return AppendLevels(System::GetUserPreferencesFolder(), {GetMaker(package), name});
 }
 
-std::string GetUserFolder(const IConstPackageInfo* package, const std::string& name) {
+std::string MakeUserFolder(const IConstPackageInfo* package, const std::string& name) {
     const std::string product = package ? package->GetProduct() : name;
     if (product.empty())
         return product;
@@ -63,8 +63,8 @@ CAudioPluginDllFilePaths::CAudioPluginDllFilePaths(const IConstPackageInfo* pack
 
 CAudioPluginDllFilePaths::CAudioPluginDllFilePaths(const IConstPackageInfo* package,
                                                    const std::string& modulePath)
-    : CAudioPluginFilePathsBase(GetInstallFolder(modulePath),
-                                GetSettingsFolder(package, GetName(modulePath)),
-                                GetUserFolder(package, GetName(modulePath))) {}
+    : CAudioPluginFilePathsBase(MakeInstallFolder(modulePath),
+                                MakeSettingsFolder(package, GetName(modulePath)),
+                                MakeUserFolder(package, GetName(modulePath))) {}
 
 } // namespace Lathe::Audio::Plugin
