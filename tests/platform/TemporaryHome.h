@@ -1,12 +1,10 @@
 // A home that goes away with its test, so that no test reaches the files of whoever runs it.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
-#include <sstream>
 #include <stdlib.h>
 #include <string>
 
@@ -25,7 +23,7 @@ public:
 
 private:
     void Set(const std::optional<std::string>& value) const {
-        EXPECT_EQ(value ? ::setenv(m_Name, value->c_str(), 1) : ::unsetenv(m_Name), 0);
+        value ? ::setenv(m_Name, value->c_str(), 1) : ::unsetenv(m_Name);
     }
 
     const char* m_Name;
@@ -35,29 +33,24 @@ private:
 // The preferences lie in its folder "config", the documents in "documents"; neither is there yet.
 class CTemporaryHome {
 public:
-    ~CTemporaryHome() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_Folder, ignored);
-    }
+    ~CTemporaryHome() { std::filesystem::remove_all(m_Folder); }
 
     std::string In(const std::string& name) const { return m_Folder + "/" + name; }
-    // Makes the folders that are missing. The path.
-    std::string Write(const std::string& name, const std::string& bytes) const {
+    // Makes the folders that are missing.
+    void Write(const std::string& name, const std::string& bytes) const {
         std::filesystem::create_directories(std::filesystem::path(In(name)).parent_path());
         std::ofstream(In(name), std::ios::binary) << bytes;
-        return In(name);
     }
     std::string Read(const std::string& name) const {
-        std::ostringstream bytes;
-        bytes << std::ifstream(In(name), std::ios::binary).rdbuf();
-        return bytes.str();
+        std::ifstream file(In(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
     }
 
 private:
     static std::string MakeFolder() {
         const auto base = std::filesystem::canonical(std::filesystem::temp_directory_path());
         std::string name = (base / "home-XXXXXX").string();
-        return ::mkdtemp(name.data()) ? name : std::string("/nonexistent");
+        return ::mkdtemp(name.data()) ? name : throw std::filesystem::filesystem_error(name, {});
     }
 
     std::string m_Folder = MakeFolder();
