@@ -19,8 +19,8 @@ namespace fs = std::filesystem;
 constexpr const char* DefaultName = "Default";
 
 // A link may lead to the whole disk, and links among folders multiply the ways through them.
-constexpr std::size_t MaxDepth = 64;
-constexpr int MaxFolders = 4096;
+constexpr std::size_t MaxDepth = 32;
+constexpr int MaxFolders = 1024;
 
 std::vector<fs::directory_entry> ReadEntries(const fs::path& path) {
     std::vector<fs::directory_entry> entries;
