@@ -26,6 +26,8 @@ public:
     // Destroys the item when the last reference goes.
     virtual void Release() = 0;
     virtual V GetValue() const LATHE_REALTIME = 0;
+    // True when the reference of the caller is the only one, so that nobody else can make more.
+    virtual bool IsUnique() const LATHE_REALTIME = 0;
 
 protected:
     virtual ~IRefCountItem() = default;
@@ -43,6 +45,7 @@ public:
             delete this;
     }
     V GetValue() const LATHE_REALTIME override { return GetStoredValue(m_Value); }
+    bool IsUnique() const LATHE_REALTIME override { return m_Count == 1; }
 
 private:
     Storage m_Value;
@@ -62,6 +65,9 @@ public:
             delete this;
     }
     V GetValue() const LATHE_REALTIME override { return GetStoredValue(m_Value); }
+    bool IsUnique() const LATHE_REALTIME override {
+        return m_Count.load(std::memory_order_acquire) == 1;
+    }
 
 private:
     Storage m_Value;

@@ -1,6 +1,7 @@
 // The three events and the flag that every capture object has.
 #pragma once
 
+#include "core/Realtime.h"
 #include "core/events/EventProvider.h"
 
 #include <atomic>
@@ -22,15 +23,15 @@ public:
     bool IsCaptured() const override { return m_Capturing.load(std::memory_order_relaxed); }
 
 protected:
-    void NotifyValueChanged() { m_ValueChanged.Notify(); }
-    // A second begin and a stray end do nothing.
+    void NotifyValueChanged() LATHE_REALTIME { m_ValueChanged.Notify(); }
+    // A second begin and a stray end do nothing, whichever threads they come from.
     void BeginCapture() {
-        if (!IsCaptured())
-            ForceBeginCapture();
+        if (!m_Capturing.exchange(true, std::memory_order_relaxed))
+            m_BeginCapture.Notify();
     }
     void EndCapture() {
-        if (IsCaptured())
-            ForceEndCapture();
+        if (m_Capturing.exchange(false, std::memory_order_relaxed))
+            m_EndCapture.Notify();
     }
     // These two don't look at the flag first.
     void ForceBeginCapture() {
