@@ -1,6 +1,7 @@
-// Measures the equaliser beside a plain loop in one run, and prints the ratios.
+// Measures the equaliser beside a plain loop, and an instance beside its bare filter, in one run.
 #include "dsp/PluginsFilters/EqualiserBenchmark.h"
-#include "support/RatioReporter.h"
+#include "plugin/InstanceBenchmark.h"
+#include "support/FastestTimes.h"
 
 #include <string>
 #include <vector>
@@ -20,8 +21,12 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&count, pointers.data());
     if (benchmark::ReportUnrecognizedArguments(count, pointers.data()))
         return 2;
-    CairnBench::CRatioReporter reporter(CairnBench::RegisterEqualiserBenchmarks());
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    CairnBench::RegisterEqualiserBenchmarks();
+    CairnBench::RegisterInstanceBenchmarks();
+    CairnBench::CFastestTimes times;
+    benchmark::RunSpecifiedBenchmarks(&times);
+    CairnBench::PrintEqualiserTable(times);
+    CairnBench::PrintInstanceTable(times);
     benchmark::Shutdown();
     return 0;
 }

@@ -1,11 +1,20 @@
 #include "dsp/OutputDataSync.h"
 
+#include "core/Differs.h"
 #include "core/SaturatingCast.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace Lathe::Audio::DSP {
+
+COutputDataSync& COutputDataSync::operator=(const COutputDataSync& other) {
+    m_Counter = other.m_Counter.load();
+    m_Period = other.m_Period.load();
+    m_RefreshRate = other.m_RefreshRate.load();
+    m_SampleRate = other.m_SampleRate.load();
+    return *this;
+}
 
 void COutputDataSync::SetRefreshRate(double rate) {
     m_RefreshRate = rate;
@@ -15,18 +24,26 @@ void COutputDataSync::SetRefreshRate(double rate) {
 void COutputDataSync::SetSampleRate(double rate) {
     m_SampleRate = rate;
     ComputePeriod();
-    m_Counter = m_Period;
+    m_Counter = m_Period.load();
 }
 
 void COutputDataSync::AddSamples(int samples) {
     // Nobody may ask for a long time: the counter stops at its largest value.
-    const int room = std::numeric_limits<int>::max() - m_Counter;
-    m_Counter += std::min(samples, room);
+    const int counter = m_Counter.load(std::memory_order_relaxed);
+    const int room = std::numeric_limits<int>::max() - counter;
+    m_Counter.store(counter + std::min(samples, room), std::memory_order_relaxed);
 }
 
 void COutputDataSync::ComputePeriod() {
-    const double period = m_RefreshRate > 0.0 ? m_SampleRate / m_RefreshRate : 0.0;
-    m_Period = std::max(Core::TruncateToInt(period), 0);
+    // Another thread may set the other rate meanwhile: whoever stores last has seen both.
+    double refreshRate = 0.0;
+    double sampleRate = 0.0;
+    do {
+        refreshRate = m_RefreshRate;
+        sampleRate = m_SampleRate;
+        const double period = refreshRate > 0.0 ? sampleRate / refreshRate : 0.0;
+        m_Period = std::max(Core::TruncateToInt(period), 0);
+    } while (Core::Differs(refreshRate, m_RefreshRate) || Core::Differs(sampleRate, m_SampleRate));
 }
 
 bool COutputDataSyncMux::IsTimeToSync() const {

@@ -3,6 +3,8 @@
 
 #include "core/Realtime.h"
 
+#include <atomic>
+
 namespace Lathe::Audio::DSP {
 
 class IOutputDataSync {
@@ -15,12 +17,18 @@ public:
     virtual ~IOutputDataSync() = default;
 };
 
+// One thread counts, while others may set the rates.
 class COutputDataSync : public IOutputDataSync {
 public:
     explicit COutputDataSync(double refreshRate = 0.0) : m_RefreshRate(refreshRate) {}
+    COutputDataSync(const COutputDataSync& other) : IOutputDataSync() { *this = other; }
+    COutputDataSync& operator=(const COutputDataSync& other);
 
-    bool IsTimeToSync() const LATHE_REALTIME override { return m_Counter >= m_Period; }
-    void ResetCounter() LATHE_REALTIME override { m_Counter = 0; }
+    bool IsTimeToSync() const LATHE_REALTIME override {
+        return m_Counter.load(std::memory_order_relaxed) >=
+               m_Period.load(std::memory_order_relaxed);
+    }
+    void ResetCounter() LATHE_REALTIME override { m_Counter.store(0, std::memory_order_relaxed); }
     void SetRefreshRate(double rate) override;
     double GetRefreshRate() const override { return m_RefreshRate; }
 
@@ -31,11 +39,11 @@ public:
 private:
     void ComputePeriod();
 
-    int m_Counter = 0;
+    std::atomic<int> m_Counter{0};
     // In samples; 0 while a rate is 0.
-    int m_Period = 0;
-    double m_RefreshRate;
-    double m_SampleRate = 0.0;
+    std::atomic<int> m_Period{0};
+    std::atomic<double> m_RefreshRate;
+    std::atomic<double> m_SampleRate{0.0};
 };
 
 // Two filters' clocks seen as one; either may be missing.

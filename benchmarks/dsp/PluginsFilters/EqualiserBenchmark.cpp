@@ -4,6 +4,7 @@
 #include "dsp/PluginsFilters/PlainEqualiser.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "dsp/streams/AudioStream.h"
+#include "support/FastestTimes.h"
 
 #include <benchmark/benchmark.h>
 
@@ -161,11 +162,27 @@ void Register(const std::string& name, bool midSide, double blocks, void (TRig::
             (rig.*process)();
             benchmark::ClobberMemory();
         }
-        state.counters["frames_per_iteration"] = frames * blocks;
+        state.counters[UnitsCounter] = frames * blocks;
     };
     for (const int frames : s_FrameCounts)
         benchmark::RegisterBenchmark((name + "/" + std::to_string(frames)).c_str(), run, frames);
 }
+
+struct SCase {
+    const char* m_Name;
+    bool m_MidSide;
+    double m_Blocks;
+    void (CRig::*m_Process)();
+    // Null without a plain loop of its own.
+    void (SPlainRig::*m_PlainProcess)();
+};
+constexpr SCase s_Cases[] = {
+    {"steady", false, 1, &CRig::ProcessSteady, &SPlainRig::ProcessSteady},
+    {"ramped", false, 2, &CRig::ProcessRampedPair, &SPlainRig::ProcessRampedPair},
+    {"mid/side", true, 1, &CRig::ProcessSteady, &SPlainRig::ProcessSteady},
+    {"silence", false, 1, &CRig::ProcessSilence, nullptr},
+    {"silence m/s", true, 1, &CRig::ProcessSilence, nullptr},
+};
 
 } // namespace
 
@@ -188,31 +205,35 @@ bool CheckSameSamples() {
     return HasSameSamples("ramped", rig, plain, 1e-6f) && same;
 }
 
-std::vector<std::string> RegisterEqualiserBenchmarks() {
-    const struct {
-        const char* m_Name;
-        bool m_MidSide;
-        double m_Blocks;
-        void (CRig::*m_Process)();
-        // Null without a plain loop of its own.
-        void (SPlainRig::*m_PlainProcess)();
-    } cases[] = {
-        {"steady", false, 1, &CRig::ProcessSteady, &SPlainRig::ProcessSteady},
-        {"ramped", false, 2, &CRig::ProcessRampedPair, &SPlainRig::ProcessRampedPair},
-        {"mid/side", true, 1, &CRig::ProcessSteady, &SPlainRig::ProcessSteady},
-        {"silence", false, 1, &CRig::ProcessSilence, nullptr},
-        {"silence m/s", true, 1, &CRig::ProcessSilence, nullptr},
-    };
-    std::vector<std::string> rows;
-    for (const auto& c : cases) {
+void RegisterEqualiserBenchmarks() {
+    for (const SCase& c : s_Cases) {
         const std::string name = c.m_Name;
         Register(name + "/equaliser", c.m_MidSide, c.m_Blocks, c.m_Process);
         if (c.m_PlainProcess)
             Register(name + "/plain", c.m_MidSide, c.m_Blocks, c.m_PlainProcess);
-        for (const int frames : s_FrameCounts)
-            rows.push_back(name + "/" + std::to_string(frames));
     }
-    return rows;
+}
+
+void PrintEqualiserTable(const CFastestTimes& times) {
+    std::printf("Nanoseconds per stereo frame, the fastest of all repetitions of one run.\n"
+                "Silence has no plain loop of its own: beside it stands that of steady blocks.\n\n"
+                "%-12s %7s %12s %12s %8s\n",
+                "block", "frames", "equaliser", "plain loop", "ratio");
+    for (const SCase& c : s_Cases) {
+        const std::string name = c.m_Name;
+        const std::string plainName = c.m_PlainProcess ? name : s_Cases[0].m_Name;
+        for (const int count : s_FrameCounts) {
+            const std::string frames = std::to_string(count);
+            const auto equaliser = times.Get(name + "/equaliser/" + frames);
+            const auto plain = times.Get(plainName + "/plain/" + frames);
+            if (!equaliser)
+                continue;
+            std::printf("%-12s %7s %12.3f", c.m_Name, frames.c_str(), *equaliser);
+            if (plain)
+                std::printf(" %12.3f %8.3f", *plain, *equaliser / *plain);
+            std::printf("\n");
+        }
+    }
 }
 
 } // namespace CairnBench

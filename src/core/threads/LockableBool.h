@@ -3,14 +3,16 @@
 
 #include "core/threads/CriticalSection.h"
 
+#include <atomic>
+
 namespace Lathe::System {
 
 class CLockableBool : public CCriticalSection {
 public:
     explicit CLockableBool(bool value = false) : m_Value(value) {}
 
-    // Read and written under the lock.
-    bool m_Value;
+    // Written under the lock; a look without it may be out of date.
+    std::atomic<bool> m_Value;
 };
 
 } // namespace Lathe::System

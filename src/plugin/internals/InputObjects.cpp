@@ -1,6 +1,7 @@
 #include "plugin/internals/InputObjects.h"
 
 #include "dsp/properties/FilterProperties.h"
+#include "plugin/internals/ProcessAwareProperty.h"
 
 namespace Lathe::Audio::Plugin {
 
@@ -60,6 +61,14 @@ void CInputObjects::PurgeRetired() {
 
 void CInputObjects::SetToDefaults() {
     ForEach([](auto& object) { object.SetToDefault(); });
+}
+
+void CInputObjects::WriteProcessData(const SProcessData& data) {
+    ForEachObject(m_InputCustomProperties, [&](auto& object) {
+        object.ModifyValue([&](DataModel::Objects::IDynamicPropertyValue& value) {
+            return Plugin::WriteProcessData(value, data);
+        });
+    });
 }
 
 void CInputObjects::AddValueChangedCommand(Core::ICommand& command) {

@@ -10,6 +10,8 @@ class CFilterProperties;
 
 namespace Lathe::Audio::Plugin {
 
+struct SProcessData;
+
 class CInputObjects {
 public:
     using CInputStrings =
@@ -30,6 +32,10 @@ public:
     IInputCurves& GetCurves() { return m_InputCurves; }
     IInputSurfaces& GetSurfaces() { return m_InputSurfaces; }
     IInputCustomProperties& GetCustomProperties() { return m_InputCustomProperties; }
+    const IInputStrings& GetStrings() const { return m_InputStrings; }
+    const IInputCurves& GetCurves() const { return m_InputCurves; }
+    const IInputSurfaces& GetSurfaces() const { return m_InputSurfaces; }
+    const IInputCustomProperties& GetCustomProperties() const { return m_InputCustomProperties; }
     // Whoever holds it may make the audio thread wait: for assignments only.
     Core::ILock& GetLock() { return m_InputLock; }
 
@@ -43,6 +49,8 @@ public:
     void PurgeRetired();
     // Kind by kind, each in order: so for the two below.
     void SetToDefaults();
+    // Tells the custom properties that want to know. Not while blocks run.
+    void WriteProcessData(const SProcessData& data);
     // The command runs on the threads of the writers.
     void AddValueChangedCommand(Core::ICommand& command);
     void RemoveValueChangedCommand(Core::ICommand& command);

@@ -55,6 +55,23 @@ public:
             this->NotifyValueChanged();
     }
     void SetToDefault() { SetValue(GetDefaultOf(m_Info)); }
+    // Objects only: hands a clone of the value to the operation, and stores it if that returns
+    // true. Under the shared lock as a whole, so that nothing is written meanwhile: not while
+    // blocks run.
+    template <class TOperation>
+    void ModifyValue(TOperation operation) {
+        CItem old;
+        {
+            const Core::CAutoLock lock(m_SharedLock);
+            std::unique_ptr<std::remove_pointer_t<Copy>> value(CopyValue(m_Current->GetValue()));
+            if (!operation(*value))
+                return;
+            old = std::exchange(m_Current, MakeItem(*value));
+            m_Dirty.store(true, std::memory_order_relaxed);
+        }
+        Retire(std::move(old));
+        this->NotifyValueChanged();
+    }
     void Capture() override { this->BeginCapture(); }
     void Release() override { this->EndCapture(); }
 
@@ -111,6 +128,9 @@ private:
             std::swap(m_Current, item);
             m_Dirty.store(true, std::memory_order_relaxed);
         }
+        Retire(std::move(item));
+    }
+    void Retire(CItem item) {
         if (!item)
             return;
         const Core::CAutoLock lock(m_RetiredLock);
