@@ -28,17 +28,20 @@ public:
     void RemoveTimer(Core::ICommand* command, bool destroy) override;
 
 private:
+    class CRuns;
     class CThreadSyncCommandAdapter;
     class CTick;
     using AdapterPtr = std::shared_ptr<CThreadSyncCommandAdapter>;
 
+    // Null when there is none. What is posted of it does nothing from now on.
     AdapterPtr TakeAdapter(Core::ICommand* command);
     // With no lock in hand, since it may wait for the command.
-    void Retire(const AdapterPtr& adapter);
+    void Remove(Core::ICommand* command);
 
     ITimerProvider* m_TimerProvider;
     IThreadInvoker* m_Invoker;
     std::unordered_map<Core::ICommand*, AdapterPtr> m_Adapters;
+    std::shared_ptr<CRuns> m_Runs;
     CCriticalSection m_Lock;
 };
 
