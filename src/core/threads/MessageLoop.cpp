@@ -136,6 +136,8 @@ void CMessageLoop::Run() {
 
 bool CMessageLoop::RunMessageAndTimer() {
     const bool message = RunMessage();
+    if (message)
+        FindDueTimers(); // Before the next message: the queue may never be empty.
     const bool timer = RunDueTimer();
     return message || timer;
 }
@@ -181,6 +183,8 @@ CMessageLoop::TimerPtr CMessageLoop::TakeDueTimer() {
 
 void CMessageLoop::FindDueTimers() {
     const Core::CAutoLock lock(m_TimersLock);
+    if (!m_DueTimers.empty())
+        return; // These first.
     CPreciseCPUWatch scan;
     scan.Start();
     std::uint64_t next = std::numeric_limits<std::uint64_t>::max();
