@@ -30,7 +30,7 @@ public:
         for (m_Position = 0; SkipText();)
             if (!SkipMark())
                 return false;
-        return m_Position == m_Text.size() && m_ChildCounts.size() == 1 && m_ChildCounts[0] == 1;
+        return m_Position == m_Text.size() && GetDepth() == 0 && m_RootCount == 1 && IsInLimits();
     }
 
 private:
@@ -39,17 +39,33 @@ private:
         return m_Text.substr(m_Position, mark.size()) == mark;
     }
 
+    bool IsInLimits() const {
+        return GetDepth() <= MaxXmlDepth && m_NodeCount <= MaxXmlNodes &&
+               m_Steps <= MaxXmlLookupSteps;
+    }
+
+    // Whatever stands between elements is walked over in the search for one of them.
+    bool CountChild() {
+        ++m_NodeCount;
+        m_Steps += ++m_ChildCounts.back();
+        return IsInLimits();
+    }
+
     // To the next "<". False at the end, or at text outside the root element.
     bool SkipText() {
         const std::size_t end = std::min(m_Text.find('<', m_Position), m_Text.size());
         const std::string_view skipped = m_Text.substr(m_Position, end - m_Position);
-        if (GetDepth() == 0 && skipped.find_first_not_of(Blanks) != NotFound)
+        if (skipped.find_first_not_of(Blanks) != NotFound && (GetDepth() == 0 || !CountChild()))
             return false;
         m_Position = end;
         return end < m_Text.size();
     }
 
     bool SkipMark() {
+        if (Follows("</"))
+            return CloseElement() && SkipTo(">", 2);
+        if (!CountChild())
+            return false;
         if (Follows("<!--"))
             return SkipTo("-->", 4);
         if (Follows("<![CDATA["))
@@ -59,8 +75,6 @@ private:
         // The parser would see attributes in an instruction, and brackets in their values.
         if (Follows("<?"))
             return GetDepth() == 0 && SkipTo(">", 2);
-        if (Follows("</"))
-            return CloseElement() && SkipTo(">", 2);
         return SkipStartTag();
     }
 
@@ -82,7 +96,7 @@ private:
     bool SkipStartTag() {
         if (++m_Position == m_Text.size() || !IsNameStart(m_Text[m_Position]))
             return false;
-        m_Steps += ++m_ChildCounts.back();
+        m_RootCount += GetDepth() == 0 ? 1 : 0;
         long long attributes = 0;
         for (;;) {
             m_Position = m_Text.find_first_of("<>=\"'", m_Position);
@@ -93,11 +107,12 @@ private:
             if (m_Text[m_Position] != '=' || !SkipAttributeValue())
                 return false;
             m_Steps += ++attributes;
+            ++m_NodeCount;
         }
         if (m_Text[m_Position - 1] != '/')
             m_ChildCounts.push_back(0);
         ++m_Position;
-        return GetDepth() <= MaxXmlDepth && m_Steps <= MaxXmlLookupSteps;
+        return IsInLimits();
     }
 
     bool SkipAttributeValue() {
@@ -115,6 +130,8 @@ private:
     std::size_t m_Position = 0;
     // Of the document, then of each open element.
     std::vector<long long> m_ChildCounts{0};
+    int m_RootCount = 0;
+    long long m_NodeCount = 0;
     long long m_Steps = 0;
 };
 

@@ -12,8 +12,10 @@ bool IsXmlName(std::string_view name);
 // Whether every byte is a part of a whole UTF-8 sequence.
 bool IsUtf8(std::string_view text);
 
-// Longer texts are refused: the document takes up to fifty times their room.
+// Longer texts are refused, and those with more elements, attributes, texts and comments, each of
+// which takes a few hundred bytes.
 inline constexpr std::size_t MaxXmlSize = std::size_t{64} << 20;
+inline constexpr int MaxXmlNodes = 1'000'000;
 // Elements nested deeper are refused: they are parsed and read by recursion.
 inline constexpr int MaxXmlDepth = 1000;
 // Siblings and attributes are found by walking over those before them. A document for which the

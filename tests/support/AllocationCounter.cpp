@@ -1,13 +1,18 @@
 #include "support/AllocationCounter.h"
 
+#include <malloc.h>
+
 #include <cstdlib>
 #include <new>
 
 static thread_local int t_Total = 0;
+static thread_local long long t_Held = 0;
 
 static void* Allocate(std::size_t size) noexcept {
     ++t_Total;
-    return std::malloc(size > 0 ? size : 1);
+    void* memory = std::malloc(size > 0 ? size : 1);
+    t_Held += static_cast<long long>(malloc_usable_size(memory));
+    return memory;
 }
 
 static void* AllocateOrThrow(std::size_t size) {
@@ -18,11 +23,16 @@ static void* AllocateOrThrow(std::size_t size) {
 
 static void Free(void* memory) noexcept {
     t_Total += memory ? 1 : 0;
+    t_Held -= static_cast<long long>(malloc_usable_size(memory));
     std::free(memory);
 }
 
 int CAllocationScope::GetTotal() {
     return t_Total;
+}
+
+long long CAllocationScope::GetTotalHeld() {
+    return t_Held;
 }
 
 // All forms for plain alignment: a sanitizer's own form of one would not match these. The forms for

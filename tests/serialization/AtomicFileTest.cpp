@@ -1,0 +1,143 @@
+// Files are replaced whole or not at all, and stay what they are: their mode, their links.
+#include "serialization/AtomicFile.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <thread>
+
+namespace Lathe::Serialization::Tests {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t NoLimit = 1 << 30;
+
+struct CAtomicFile : testing::Test {
+    CAtomicFile() { fs::create_directory(m_Folder); }
+    ~CAtomicFile() override {
+        fs::permissions(m_Folder, fs::perms::owner_all);
+        fs::remove_all(m_Folder);
+    }
+    std::string Path(const char* name) const { return m_Folder / name; }
+    std::string Read(const char* name) const {
+        std::string content = "(unread)";
+        return ReadFile(Path(name).c_str(), NoLimit, content) ? content : "(missing)";
+    }
+    bool Write(const char* name, std::string_view content) const {
+        return WriteFile(Path(name).c_str(), content);
+    }
+    // No temporary file is left.
+    void CheckCount(int files) const {
+        EXPECT_EQ(std::distance(fs::directory_iterator(m_Folder), {}), files);
+    }
+    fs::path m_Folder =
+        fs::path(testing::TempDir()) / ("files " + std::to_string(std::random_device{}()));
+};
+
+// A disk that has room for so many bytes of a file.
+class CSmallDisk {
+public:
+    explicit CSmallDisk(rlim_t size) {
+        getrlimit(RLIMIT_FSIZE, &m_Before);
+        const rlimit limit{size, m_Before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~CSmallDisk() {
+        setrlimit(RLIMIT_FSIZE, &m_Before);
+        std::signal(SIGXFSZ, m_Handler);
+    }
+
+private:
+    rlimit m_Before{};
+    void (*m_Handler)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
+
+} // namespace
+
+TEST_F(CAtomicFile, IsReplacedAndKeepsItsModeAndItsLinks) {
+    EXPECT_TRUE(Write("file", "old") && Read("file") == "old");
+    fs::permissions(Path("file"), fs::perms(0640));
+    fs::create_symlink("link", Path("first"));
+    fs::create_symlink(Path("file"), Path("link"));
+    fs::create_symlink("absent", Path("dangling"));
+    EXPECT_TRUE(Write("first", std::string("n\0w", 3)) && Write("dangling", ""));
+    EXPECT_EQ(Read("file"), std::string("n\0w", 3));
+    EXPECT_EQ(fs::status(Path("file")).permissions(), fs::perms(0640));
+    EXPECT_EQ(Read("absent"), "");
+    EXPECT_TRUE(fs::is_symlink(Path("first")) && fs::is_symlink(Path("dangling")));
+    fs::create_symlink("ring", Path("ring"));
+    EXPECT_FALSE(Write("ring", "x") || Write(".", "x") || Write("missing/file", "x"));
+    EXPECT_FALSE(WriteFile(nullptr, "x") || WriteFile("", "x"));
+    std::string content;
+    EXPECT_FALSE(ReadFile(m_Folder.c_str(), NoLimit, content));
+    EXPECT_FALSE(ReadFile(Path("file").c_str(), 2, content) || !content.empty());
+    CheckCount(6);
+}
+
+TEST_F(CAtomicFile, KeepsItsBytesWhenThereIsNoRoom) {
+    ASSERT_TRUE(Write("file", "old"));
+    {
+        const CSmallDisk disk(100);
+        EXPECT_FALSE(Write("file", std::string(101, 'x')) || Write("new", std::string(101, 'x')));
+    }
+    EXPECT_EQ(Read("file"), "old");
+    EXPECT_FALSE(WriteFile("/dev/full", "x"));
+    CheckCount(1);
+}
+
+TEST_F(CAtomicFile, IsWrittenDirectlyWhereNothingCanReplaceIt) {
+    std::array<int, 2> ends;
+    ASSERT_EQ(pipe(ends.data()), 0);
+    EXPECT_TRUE(WriteFile(("/dev/fd/" + std::to_string(ends[1])).c_str(), "pipe"));
+    std::array<char, 8> bytes{};
+    EXPECT_EQ(read(ends[0], bytes.data(), bytes.size()), 4);
+    close(ends[0]);
+    close(ends[1]);
+    if (geteuid() == 0)
+        GTEST_SKIP() << "Permissions don't bind this user.";
+    ASSERT_TRUE(Write("file", "old") && Write("protected", "old"));
+    fs::permissions(Path("protected"), fs::perms::owner_read);
+    EXPECT_FALSE(Write("protected", "new"));
+    fs::permissions(m_Folder, fs::perms::owner_read | fs::perms::owner_exec);
+    {
+        const CSmallDisk disk(100);
+        EXPECT_FALSE(Write("file", std::string(101, 'x')));
+        EXPECT_EQ(Read("file"), "old");
+    }
+    EXPECT_TRUE(Write("file", "new, and longer") && Write("file", "new"));
+    EXPECT_FALSE(Write("another", "x"));
+    EXPECT_EQ(Read("file") + Read("protected"), "newold");
+}
+
+TEST_F(CAtomicFile, IsWholeForAReaderAmongWriters) {
+    const std::string contents[] = {std::string(100'000, 'a'), std::string(200'000, 'b')};
+    ASSERT_TRUE(Write("file", contents[0]));
+    std::atomic<int> running{2};
+    const auto write = [&](const std::string& content) {
+        for (int i = 0; i < 20; ++i)
+            EXPECT_TRUE(Write("file", content));
+        --running;
+    };
+    std::thread first(write, contents[0]), second(write, contents[1]);
+    while (running > 0) {
+        const std::string content = Read("file");
+        EXPECT_TRUE(content == contents[0] || content == contents[1]);
+    }
+    first.join();
+    second.join();
+    CheckCount(1);
+}
+
+} // namespace Lathe::Serialization::Tests

@@ -1,0 +1,138 @@
+// Objects in the clipboard: the names and bytes that other programs see, which data match, and what
+// hostile ones do.
+#include "serialization/clipboard/ObjectClipboard.h"
+
+#include "core/runtime/ObjectsFactory.h"
+#include "serialization/Streams.h"
+#include "serialization/clipboard/MemClipboard.h"
+
+namespace Lathe::Serialization::Tests {
+
+namespace {
+
+struct IPasted : CIntObject, virtual ITypeSerializable {
+    static const char* InterfaceId() { return "{IPasted}"; }
+};
+struct CPasted : IPasted {
+    static const char* ClassId() { return "{CPasted}"; }
+    const char* GetClassId() const override { return ClassId(); }
+};
+const Runtime::CFactoryRegistration<CPasted, IPasted> Registration;
+
+struct CClipboardTest : testing::Test {
+    void Set(const char* format, const std::string& bytes) {
+        EXPECT_TRUE(m_System.SetData(bytes.data(), static_cast<int>(bytes.size()), format));
+    }
+    // What an object of the value 7 becomes, after whether the paste succeeds.
+    std::string Paste(const char* format, const char* category) const {
+        CIntObject object(7);
+        const bool pasted = m_Clipboard.Paste(object, format, category);
+        return (pasted ? "pastes " : "fails ") + std::to_string(object.m_Value);
+    }
+
+    System::CMemClipboard m_System;
+    CObjectClipboard m_Clipboard{m_System};
+};
+
+} // namespace
+
+TEST_F(CClipboardTest, HoldsTheKnownNamesAndBytes) {
+    CPasted typed;
+    typed.m_Value = 5;
+    const ISerialize& plain = typed;
+    EXPECT_TRUE(m_Clipboard.Copy(plain, nullptr, "Preset_M_P_V"));
+    EXPECT_TRUE(m_Clipboard.Copy(typed, nullptr, "Cat"));
+    EXPECT_TRUE(m_Clipboard.Copy(typed, "Format", nullptr));
+    const std::string head = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<ClipboardData";
+    const std::string tail = ">\n    <Data v=\"5\" />\n</ClipboardData>\n",
+                      type = " DataType=\"{CPasted}\"";
+    const std::string zero(1, '\0');
+    const std::pair<const char*, std::string> expected[] = {
+        {"_MarrowSound_-[Preset_M_P_V]-", head + tail + zero},
+        {"_MarrowSound_-[Cat]-{CPasted}", head + type + tail + zero},
+        {"_MarrowSound_-[]-Format", head + type + tail + zero}};
+    auto names = m_System.GetFormats();
+    for (const auto& [name, bytes] : expected) {
+        ASSERT_FALSE(names->IsDone());
+        EXPECT_STREQ(names->GetValue(), name);
+        EXPECT_EQ(m_System.GetData(name), bytes);
+        names->Next();
+    }
+    EXPECT_TRUE(names->IsDone());
+    EXPECT_EQ(Paste(nullptr, "Preset_M_P_V"), "pastes 5");
+    EXPECT_TRUE(m_Clipboard.Copy(CIntObject(6), nullptr, "Preset_M_P_V")); // In its place.
+    EXPECT_EQ(Paste(nullptr, "Preset_M_P_V"), "pastes 6");
+    EXPECT_TRUE(m_Clipboard.Clear());
+    EXPECT_FALSE(m_Clipboard.HasData(nullptr, nullptr) || m_System.HasFormat("Format"));
+    EXPECT_FALSE(m_System.SetData("x", 1, nullptr) || m_System.SetData(nullptr, 1, "f") ||
+                 m_System.SetData("x", -1, "f") || m_System.HasFormat(nullptr));
+}
+
+TEST_F(CClipboardTest, MatchesCategoryAndFormat) {
+    const struct {
+        const char *m_Name, *m_Format, *m_Category;
+        bool m_Matches;
+    } cases[] = {{"_MarrowSound_-[A]-f", nullptr, nullptr, true},
+                 {"_MarrowSound_-[A]-f", "f", "A", true},
+                 {"_MarrowSound_-[A]-f", "f", "a", false},
+                 {"_MarrowSound_-[A]-f", "f", "", false},
+                 {"_MarrowSound_-[A]-f", nullptr, "AB", false},
+                 {"_MarrowSound_-[AB]-f", nullptr, "A", false},
+                 {"_MarrowSound_-[A]-f", "", "A", false},
+                 {"_MarrowSound_-[]-", "", "", true},
+                 {"_MarrowSound_-[A]-ff", "f", "A", false},
+                 {"_MarrowSound_-[A]-]-f", "]-f", "A", true},
+                 {"_MarrowSound_-[A]-{CPasted}", "{IPasted}", "A", true},
+                 {"_MarrowSound_-[A]-{IPasted}", "{CPasted}", "A", false},
+                 {"_MarrowSound_-[A", nullptr, nullptr, false},
+                 {"x_MarrowSound_-[A]-f", nullptr, nullptr, false},
+                 {"_MarrowSound_-A]-f", nullptr, nullptr, false},
+                 {"text/plain", nullptr, nullptr, false}};
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.m_Name);
+        m_Clipboard.Clear();
+        Set("]-", "<r><Data v='1'/></r>");
+        Set(test.m_Name, "<r><Data v='2'/></r>");
+        EXPECT_EQ(m_Clipboard.HasData(test.m_Format, test.m_Category), test.m_Matches);
+        EXPECT_EQ(Paste(test.m_Format, test.m_Category), test.m_Matches ? "pastes 2" : "fails 7");
+    }
+}
+
+TEST_F(CClipboardTest, MakesObjectsOfTheClassThatTheDataName) {
+    const struct {
+        const char *m_Tail, *m_Document;
+        bool m_Compatible;
+    } cases[] = {{"{CPasted}", "<r DataType='{CPasted}'/>", true},
+                 {"{IPasted}", "<r DataType='{CPasted}'/>", true},
+                 {"other", "<r DataType='{CPasted}'/>", false},
+                 {"{CPasted}", "<r DataType='{Other}'/>", false},
+                 {"{CPasted}", "<r><DataType/></r>", false},
+                 {"{CPasted}", "<r/>", false},
+                 {"{CPasted}", "", false}};
+    for (const auto& test : cases) {
+        SCOPED_TRACE(std::string(test.m_Tail) + test.m_Document);
+        m_Clipboard.Clear();
+        Set((std::string("_MarrowSound_-[A]-") + test.m_Tail).c_str(), test.m_Document);
+        EXPECT_EQ(m_Clipboard.HasCompatibleData("{IPasted}", "A"), test.m_Compatible);
+        const std::unique_ptr<IPasted> made(
+            static_cast<IPasted*>(m_Clipboard.CreatePasted("{IPasted}", "A")));
+        EXPECT_EQ(made != nullptr, test.m_Compatible);
+        EXPECT_FALSE(m_Clipboard.HasCompatibleData(nullptr, "A"));
+        EXPECT_FALSE(m_Clipboard.CreatePasted(nullptr, "A"));
+    }
+}
+
+TEST_F(CClipboardTest, LeavesTheObjectAloneOverHostileBytes) {
+    const std::string whole = "<r><Data v='1'/></r>";
+    Set("_MarrowSound_-[A]-", whole); // Without the closing zero.
+    EXPECT_EQ(Paste(nullptr, "A"), "pastes 1");
+    for (const std::string& bytes :
+         {std::string(), std::string(100, '\0'), std::string("plain text"), whole.substr(0, 15),
+          std::string("<r Data='1'/>"), std::string(100'000'000, '<')}) {
+        Set("_MarrowSound_-[A]-", bytes);
+        EXPECT_EQ(Paste(nullptr, "A"), "fails 7");
+        EXPECT_FALSE(m_Clipboard.HasCompatibleData("{IPasted}", "A"));
+    }
+}
+
+} // namespace Lathe::Serialization::Tests
