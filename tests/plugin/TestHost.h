@@ -12,7 +12,10 @@
 #include "plugin/settings/AudioPluginStaticSettings.h"
 #include "serialization/XmlDataObject.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -29,6 +32,13 @@ private:
     static std::string In(const char* name) { return std::string(::getenv("HOME")) + "/" + name; }
 };
 using CTestSettings = TAudioPluginConfig<CTestPaths>;
+
+// Counts how often it runs, on any thread.
+class CCountCommand : public Core::ICommand {
+public:
+    void Execute() override { ++m_Count; }
+    std::atomic<int> m_Count{0};
+};
 
 template <class I, class IVectorOf>
 class THostParams : public IVectorOf {

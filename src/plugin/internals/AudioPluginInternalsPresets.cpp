@@ -68,7 +68,7 @@ bool CAudioPluginInternalsBase::LoadPreset(const char* path) {
 
 bool CAudioPluginInternalsBase::SavePreset(const char* path) {
     // The file holds its own name, whatever the preset was called before.
-    SetProgramName(path ? std::filesystem::path(path).stem().c_str() : nullptr);
+    SetProgramName(path ? MakePresetName(path).c_str() : nullptr);
     Serialization::CXmlDataObject document("Preset");
     const bool saved = Serialize(document) && document.Save(path);
     Refresh();
