@@ -2,6 +2,7 @@
 // lacks them, lies, or holds only changes.
 #include "plugin/presets/InputValuesSerializers.h"
 
+#include "core/runtime/ObjectsFactory.h"
 #include "datamodel/Journal.h"
 #include "datamodel/objects/CurveInfo.h"
 #include "datamodel/objects/CustomPropertyInfo.h"
@@ -10,8 +11,7 @@
 #include "datamodel/objects/capture/CaptureState.h"
 #include "serialization/Streams.h"
 
-#include "core/runtime/ObjectsFactory.h"
-
+#include <cmath>
 #include <deque>
 #include <limits>
 
@@ -27,7 +27,7 @@ using Serialization::CMemDataObject;
 using Serialization::CXmlDataObject;
 using Serialization::IDeSerialize;
 using Serialization::IReadDataStream;
-using Serialization::Tests::Parse;
+using Serialization::Tests::CChanges;
 
 // Takes what it is given, whatever its range, and counts how often.
 template <class I, class T, class TInfo>
@@ -48,8 +48,10 @@ struct TInput : DataModel::TCaptureState<I> {
     int m_Sets = 0;
 };
 
-template <class I, class T, class TInfo>
+template <class I, class T, class TInfo, class TDeSerializer>
 struct TInputs : Containers::IVector<I> {
+    using Serializer = TInputValuesSerializer<Containers::IVector<I>>;
+    using DeSerializer = TDeSerializer;
     TInputs& Add(T value, const TInfo& info = TInfo()) {
         m_Inputs.emplace_back(value, info);
         return *this;
@@ -60,14 +62,16 @@ struct TInputs : Containers::IVector<I> {
 
     std::deque<TInput<I, T, TInfo>> m_Inputs;
 };
-template <class T, class TConstInfo, class TInfo>
-using TFactories = TInputs<TICaptureObjectFactory<T, TConstInfo>, T, TInfo>;
-using CParams = TInputs<ICaptureParam, double, CParamInfo>;
-using CStrings = TFactories<const char*, IConstStringInfo, CStringInfo>;
-using CCurves = TFactories<const Math::IFunction&, IConstCurveInfo, CCurveInfo>;
-using CSurfaces = TFactories<const Math::IBinaryFunction&, IConstSurfaceInfo, CSurfaceInfo>;
-using CProperties =
-    TFactories<const IDynamicPropertyValue&, IConstCustomPropertyInfo, CCustomPropertyInfo>;
+using CParams = TInputs<ICaptureParam, double, CParamInfo, CInputParamsDeSerializer>;
+template <class T, class TConstInfo, class TInfo, class TDeSerializer>
+using TFactories = TInputs<TICaptureObjectFactory<T, TConstInfo>, T, TInfo, TDeSerializer>;
+using CStrings = TFactories<const char*, IConstStringInfo, CStringInfo, CInputStringsDeSerializer>;
+using CCurves =
+    TFactories<const Math::IFunction&, IConstCurveInfo, CCurveInfo, CInputCurvesDeSerializer>;
+using CSurfaces = TFactories<const Math::IBinaryFunction&, IConstSurfaceInfo, CSurfaceInfo,
+                             CInputSurfacesDeSerializer>;
+using CProperties = TFactories<const IDynamicPropertyValue&, IConstCustomPropertyInfo,
+                               CCustomPropertyInfo, CInputCustomPropertiesDeSerializer>;
 
 struct CProperty : Serialization::Tests::CIntObject, IDynamicPropertyValue {
     static const char* ClassId() { return "{0B8A4E52-6D0C-4c59-8E67-5B1F6D3A2C11}"; }
@@ -131,123 +135,105 @@ struct CChangesView : Serialization::CXmlBaseDataObject {
     }
 };
 
-template <class TSerializer, class TDeSerializer, class TVector>
-void CheckRoundTrip(TVector& source, TVector& target, const std::string& defaults) {
+template <class TInputs>
+void CheckRoundTrip(TInputs& source, TInputs& target, const std::string& defaults) {
     Serialization::Tests::ForEachStream([&](auto& stream, const auto& reload) {
-        TDeSerializer reader(target);
-        EXPECT_TRUE(stream.WriteObject("inputs", TSerializer(source)));
+        typename TInputs::DeSerializer reader(target);
+        EXPECT_TRUE(stream.WriteObject("inputs", typename TInputs::Serializer(source)));
         reload();
         EXPECT_FALSE(ReadObjectOrDefaults(stream, "none", reader));
         EXPECT_EQ(Take(target), defaults);
         EXPECT_TRUE(ReadObjectOrDefaults(stream, "inputs", reader));
+        EXPECT_TRUE(ReadObjectOrDefaults(CChanges(), "inputs", reader));
+        EXPECT_TRUE(reader.DeSerialize(CChanges()));
         for (auto& input : source.m_Inputs)
             input.m_Sets = 1;
         EXPECT_EQ(Take(target), Take(source));
     });
-    TVector none;
+    const TInputs none;
     CMemDataObject stream;
-    EXPECT_TRUE(TSerializer(none).Serialize(stream));
+    EXPECT_TRUE(typename TInputs::Serializer(none).Serialize(stream));
     EXPECT_EQ(stream, CMemDataObject()) << "not even a count";
 }
 
 TEST(InputValues, OfAllKindsAreReadAsWritten) {
     const CParamInfo paramInfo(EParamType::Float, -9.0, 9.0, 0.25, "", "", "");
     CParams params, otherParams;
-    params.Add(1.0 / 3.0, paramInfo).Add(-2.0, paramInfo);
+    params.Add(1.0 / 3.0).Add(-2.0);
     otherParams.Add(5.0, paramInfo).Add(5.0, paramInfo);
-    CheckRoundTrip<CInputParamsSerializer, CInputParamsDeSerializer>(params, otherParams,
-                                                                     "0.250000*1 0.250000*1 ");
-    const CStringInfo stringInfo("", "", "default");
+    CheckRoundTrip(params, otherParams, "0.250000*1 0.250000*1 ");
     CStrings strings, otherStrings;
     strings.Add("").Add("<\xc3\xa4> & \"b\"");
-    otherStrings.Add("x", stringInfo).Add("y", stringInfo);
-    CheckRoundTrip<CInputStringsSerializer, CInputStringsDeSerializer>(strings, otherStrings,
-                                                                       "default*1 default*1 ");
+    otherStrings.Add("x", CStringInfo("", "", "default")).Add("y");
+    CheckRoundTrip(strings, otherStrings, "default*1 *1 ");
     CCurves curves, otherCurves;
     curves.Add(CConstantFunction(1.5));
     otherCurves.Add(CConstantFunction(7.0), CCurveInfo("", "", new CConstantFunction(3.0)));
-    CheckRoundTrip<CInputCurvesSerializer, CInputCurvesDeSerializer>(curves, otherCurves,
-                                                                     "3.000000*1 ");
+    CheckRoundTrip(curves, otherCurves, "3.000000*1 ");
     CSurfaces surfaces, otherSurfaces;
     surfaces.Add(CConstantBinaryFunction(-1.5));
     otherSurfaces.Add(CConstantBinaryFunction(7.0));
-    CheckRoundTrip<CInputSurfacesSerializer, CInputSurfacesDeSerializer>(surfaces, otherSurfaces,
-                                                                         "0.000000*1 ");
+    CheckRoundTrip(surfaces, otherSurfaces, "0.000000*1 ");
     CProperties properties, otherProperties;
     properties.Add(CProperty(4)).Add(CProperty(5));
     otherProperties.Add(CProperty(6)).Add(CProperty(6), CCustomPropertyInfo("", "", new CProperty));
-    CheckRoundTrip<CInputCustomPropertiesSerializer, CInputCustomPropertiesDeSerializer>(
-        properties, otherProperties,
-        std::string(CEmptyDynamicPropertyValue::ClassId()) + "*1 -1*1 ");
+    const std::string empty = CEmptyDynamicPropertyValue::ClassId();
+    CheckRoundTrip(properties, otherProperties, empty + "*1 -1*1 ");
 }
 
-TEST(InputValues, ArePlainNumbersWithinTheirRanges) {
+TEST(InputValues, AreFiniteInRangeAndAsManyAsTheInstanceHas) {
     constexpr double Infinity = std::numeric_limits<double>::infinity();
     const CParamInfo info(EParamType::Float, -1.0, 1.0, 0.25, "", "", "");
-    // What is stored, and what 0.5 becomes in a full stream and in one of changes.
-    const double cases[][3] = {{0.75, 0.75, 0.75}, {7.0, 1.0, 1.0},       {-1e300, -1.0, -1.0},
-                               {NAN, 0.25, 0.5},   {Infinity, 0.25, 0.5}, {-Infinity, 0.25, 0.5}};
-    for (const auto& [stored, full, changed] : cases) {
+    // What is stored, and what it becomes.
+    const double cases[][2] = {{0.75, 0.75}, {7.0, 1.0},       {-1e300, -1.0},
+                               {NAN, 0.25},  {Infinity, 0.25}, {-Infinity, 0.25}};
+    for (const auto& [stored, full] : cases) {
         SCOPED_TRACE(stored);
-        CMemDataObject stream;
-        Serialization::Tests::CChanges changes;
+        const bool changes = std::isfinite(stored);
         CParams params;
         params.Add(0.5, info).Add(0.5, info);
         CInputParamsDeSerializer reader(params);
         DataModel::CJournal journal(params.m_Inputs[0]);
-        changes.WriteDouble("p0", &stored);
-        EXPECT_TRUE(reader.DeSerialize(changes));
-        EXPECT_EQ(Take(params),
-                  Show(changed) + (changed < 0.5 || changed > 0.5 ? "*1 " : "*0 ") + "0.500000*0 ");
-        EXPECT_EQ(journal.Take(), changed < 0.5 || changed > 0.5 ? "bve" : "");
-        stream.WriteDouble("p0", &stored);
-        stream.WriteString("p1", "a text");
+        CMemDataObject stream;
+        CChanges incremental;
+        EXPECT_TRUE(WriteValue(stream, "p0", stored) && WriteValue(incremental, "p0", stored));
+        EXPECT_TRUE(reader.DeSerialize(incremental));
+        EXPECT_EQ(Take(params), (changes ? Show(full) + "*1 " : "0.500000*0 ") + "0.500000*0 ");
+        EXPECT_EQ(journal.Take(), changes ? "bve" : "");
+        WriteValue(stream, "p1", "a text");
+        WriteValue(stream, "p2", 0.75);
+        WriteValue(stream, "count", 2000000000);
         EXPECT_FALSE(reader.DeSerialize(stream));
         EXPECT_EQ(Take(params), Show(full) + "*1 0.250000*1 ");
         EXPECT_EQ(journal.Take(), "bve");
     }
 }
 
-TEST(InputValues, AreAsManyAsTheInstanceHas) {
-    CXmlDataObject document("Root");
-    ASSERT_TRUE(Parse(document, "<r count='2000000000' p0='1' p9='1' s0='a' s9='b'/>"));
-    CParams params;
-    CStrings strings;
-    params.Add(0.0, CParamInfo(EParamType::Float, 0.0, 2.0, 2.0, "", "", "")).Add(1.0);
-    strings.Add("x").Add("y");
-    EXPECT_TRUE(CInputParamsDeSerializer(params).DeSerialize(CChangesView(document)));
-    EXPECT_TRUE(CInputStringsDeSerializer(strings).DeSerialize(CChangesView(document)));
-    EXPECT_EQ(Take(params) + Take(strings), "1.000000*1 1.000000*0 a*1 y*0 ");
-    EXPECT_FALSE(CInputParamsDeSerializer(params).DeSerialize(document));
-    EXPECT_FALSE(CInputStringsDeSerializer(strings).DeSerialize(document));
-    EXPECT_EQ(Take(params) + Take(strings), "1.000000*1 0.000000*1 a*1 *1 ");
-}
-
 TEST(InputValues, OfUnknownClassOrNoneGetTheDefault) {
-    const std::string type = std::string("type='") + CProperty::ClassId() + "'";
+    const std::string known =
+        std::string("<obj0 isNull='0' type='") + CProperty::ClassId() + "'><content v='7'/></obj0>";
     // What 5 becomes, with the default 1, in a full stream and in one of changes; and what was new.
     const std::vector<std::string> cases[] = {
-        {"<obj0 isNull='0' " + type + "><content v='7'/></obj0>", "7*1", "7*1", "2"},
-        {"<obj0 isNull='0' " + type + "/>", "1*1", "5*0", "2"},
-        {"<obj0 isNull='0' type='{unknown}'><content v='7'/></obj0>", "1*1", "5*0", "0"},
-        {"<obj0 isNull='1'/>", "1*1", "1*1", "0"},
-        {"<obj0><content v='7'/></obj0>", "1*1", "7*1", "0"},
-        {"<obj0><content/></obj0>", "1*1", "5*1", "0"},
-        {"<obj1 isNull='1'/>", "1*1", "5*0", "0"}};
+        {known, "7*1 reads", "7*1 reads", "2"},
+        {known.substr(0, known.find("<content")) + "</obj0>", "1*1 fails", "5*0 fails", "2"},
+        {"<obj0 isNull='0' type='?'><content v='7'/></obj0>", "1*1 fails", "5*0 fails", "0"},
+        {"<obj0 isNull='1'/>", "1*1 reads", "1*1 reads", "0"},
+        {"<obj0><content v='7'/></obj0>", "1*1 fails", "7*1 reads", "0"},
+        {"<obj0><content/></obj0>", "1*1 fails", "5*1 reads", "0"},
+        {"<obj1 isNull='1'/>", "1*1 fails", "5*0 reads", "0"}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test[0]);
         CXmlDataObject document("Root");
-        ASSERT_TRUE(Parse(document, "<r count='-1' obj0='3'>" + test[0] + "</r>"));
+        ASSERT_TRUE(
+            Serialization::Tests::Parse(document, "<r count='-1' obj0='3'>" + test[0] + "</r>"));
+        const CChangesView changes(document);
         SPrepare prepare;
-        for (const bool changes : {false, true}) {
+        for (const std::size_t i : {1U, 2U}) {
             CProperties inputs;
             inputs.Add(CProperty(5), CCustomPropertyInfo("", "", new CProperty(1)));
             CInputCustomPropertiesDeSerializer reader(inputs, &prepare);
-            const bool read =
-                changes ? reader.DeSerialize(CChangesView(document)) : reader.DeSerialize(document);
-            EXPECT_EQ(Take(inputs), test[changes ? 2 : 1] + " ");
-            EXPECT_EQ(read, changes ? test[2] != "5*0" || test[0][4] == '1'
-                                    : test[1] == "7*1" || test[0] == "<obj0 isNull='1'/>");
+            const bool reads = i == 1 ? reader.DeSerialize(document) : reader.DeSerialize(changes);
+            EXPECT_EQ(Take(inputs) + (reads ? "reads" : "fails"), test[i]);
         }
         EXPECT_EQ(prepare.m_Seen, std::vector<int>(std::stoul(test[3]), -1)) << "before it reads";
     }
