@@ -39,6 +39,15 @@ constexpr SCurve Curves[] = {
     {Shared<NormExp3>, Shared<NormLog3>}, // Exp3
 };
 
+// All are made when the program loads, so that the first use isn't one of the audio thread.
+[[maybe_unused]] const bool AreMade = [] {
+    for (const SCurve& row : Curves) {
+        row.m_Direct();
+        row.m_Inverse();
+    }
+    return true;
+}();
+
 } // namespace
 
 void GetCurveFunctions(EParamValueCurve curve, const IFunction*& direct,

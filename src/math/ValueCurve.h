@@ -1,6 +1,8 @@
 // The response curves of links, MIDI mappings and parameter controls.
 #pragma once
 
+#include "core/Realtime.h"
+
 namespace Lathe::Math {
 
 class IFunction;
@@ -24,6 +26,7 @@ enum class EParamValueCurve : int {
 
 // Two shared functions that nobody deletes, each from 0..1 onto 0..1 and inverse to the other.
 // Log0, Linear, Exp0 and any number that is no curve give the identity twice.
-void GetCurveFunctions(EParamValueCurve curve, const IFunction*& direct, const IFunction*& inverse);
+void GetCurveFunctions(EParamValueCurve curve, const IFunction*& direct, const IFunction*& inverse)
+    LATHE_REALTIME;
 
 } // namespace Lathe::Math

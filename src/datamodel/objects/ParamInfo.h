@@ -17,7 +17,7 @@ public:
     // Such as "dB", "Hz" or "Octave". This and the other texts can be null.
     virtual const char* GetUnit() const = 0;
     virtual const IParamValueToText& GetValueToText() const = 0;
-    virtual const IParamPositionMapper& GetPositionMapper() const = 0;
+    virtual const IParamPositionMapper& GetPositionMapper() const LATHE_REALTIME = 0;
     // The range is inclusive.
     virtual double GetMin() const LATHE_REALTIME = 0;
     virtual double GetDefault() const LATHE_REALTIME = 0;
@@ -80,7 +80,9 @@ public:
     EParamType GetType() const override { return m_Type; }
     const char* GetUnit() const override { return m_Unit.Get(); }
     const IParamValueToText& GetValueToText() const override { return *m_ValueToText; }
-    const IParamPositionMapper& GetPositionMapper() const override { return *m_PositionMapper; }
+    const IParamPositionMapper& GetPositionMapper() const LATHE_REALTIME override {
+        return *m_PositionMapper;
+    }
     double GetMin() const LATHE_REALTIME override { return m_Min; }
     double GetDefault() const LATHE_REALTIME override { return m_Default; }
     double GetMax() const LATHE_REALTIME override { return m_Max; }

@@ -4,6 +4,7 @@
 #include "platform/TemporaryHome.h"
 #include "plugin/settings/AudioPluginFilePathsBase.h"
 #include "plugin/settings/AudioPluginStaticSettings.h"
+#include "plugin/settings/PackageInfo.h"
 #include "serialization/MemDataObject.h"
 
 #include <cmath>
@@ -160,6 +161,9 @@ TEST_F(AudioPluginSettings, AreLoadedOnceAndSharedByThreads) {
     settings.SetRefreshRate(30.0);
     config.Init(DSP::CParamInfos(1), DSP::CParamInfos(1));
     EXPECT_EQ(settings.GetRefreshRate(), 30.0);
+
+    const CPackageInfo package("Maker", "Product", "Variant");
+    EXPECT_EQ(&GetStaticSettings(&package), &GetStaticSettings(nullptr));
 }
 
 } // namespace

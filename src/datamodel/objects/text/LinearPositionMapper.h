@@ -14,8 +14,8 @@ public:
     CLinearPositionMapper() = default;
     CLinearPositionMapper(EParamType type, double min, double max);
 
-    double ValueToPosition(double value) const override;
-    double PositionToValue(double position) const override;
+    double ValueToPosition(double value) const LATHE_REALTIME override;
+    double PositionToValue(double position) const LATHE_REALTIME override;
     CLinearPositionMapper* Clone() const override;
 
     void SetType(EParamType type) { m_Type = type; }

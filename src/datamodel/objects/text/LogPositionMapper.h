@@ -14,8 +14,8 @@ class CLogPositionMapper : public IParamPositionMapper {
 public:
     CLogPositionMapper(EParamType type, double min, double max);
 
-    double ValueToPosition(double value) const override;
-    double PositionToValue(double position) const override;
+    double ValueToPosition(double value) const LATHE_REALTIME override;
+    double PositionToValue(double position) const LATHE_REALTIME override;
     CLogPositionMapper* Clone() const override;
 
 private:
