@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdlib>
@@ -20,10 +21,17 @@ using Path = std::filesystem::path;
 
 constexpr const char* DocumentsVariable = "XDG_DOCUMENTS_DIR";
 
-// Relative paths are ignored: they would mean another folder in each program.
+// Without slashes at the end, but for the root's. Empty for a relative path, which would mean
+// another folder in each program.
+Path GetAbsolute(const Path& path) {
+    if (!path.is_absolute())
+        return {};
+    return path.has_filename() ? path : path.parent_path();
+}
+
 Path GetVariable(const char* name) {
     const char* value = std::getenv(name);
-    return value && *value == '/' ? Path(value) : Path();
+    return value ? GetAbsolute(value) : Path();
 }
 
 Path GetHomeOfUserDatabase() {
@@ -32,8 +40,7 @@ Path GetHomeOfUserDatabase() {
     passwd* found = nullptr;
     if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
         return {};
-    const Path home(found->pw_dir);
-    return home.is_absolute() ? home : Path();
+    return GetAbsolute(found->pw_dir);
 }
 
 Path GetHome() {
@@ -78,7 +85,7 @@ Path ParseDocumentsLine(std::string_view line) {
     }
     if (base.empty() || (!rest.empty() && rest.front() != '/'))
         return {};
-    return base / Path(rest).relative_path();
+    return GetAbsolute(base / Path(rest).relative_path());
 }
 
 Path ReadDocumentsFromFile() {
@@ -88,11 +95,6 @@ Path ReadDocumentsFromFile() {
         if (const Path found = ParseDocumentsLine(line); !found.empty())
             folder = found;
     return folder;
-}
-
-// Without slashes at the end, but for the root.
-std::string ToText(const Path& path) {
-    return path.has_filename() ? path.string() : path.parent_path().string();
 }
 
 bool IsFolder(const Path& path) {
@@ -113,14 +115,14 @@ bool CreateLevels(const Path& path, mode_t mode) {
 } // namespace
 
 std::string GetUserPreferencesFolder() {
-    return ToText(GetPreferences());
+    return GetPreferences().string();
 }
 
 std::string GetUserDocumentsFolder() {
     Path folder = GetVariable(DocumentsVariable);
     if (folder.empty())
         folder = ReadDocumentsFromFile();
-    return ToText(folder.empty() ? GetBelow(GetHome(), "Documents") : folder);
+    return (folder.empty() ? GetBelow(GetHome(), "Documents") : folder).string();
 }
 
 bool CreateFolder(const std::string& path, EFolderAccess access) {

@@ -14,44 +14,33 @@ namespace Lathe::System {
 
 namespace {
 
-TEST(UserFolders, FollowTheEnvironment) {
+TEST(UserFolders, FollowEnvironmentAndFile) {
+    const CTemporaryHome temporary;
     const passwd* user = getpwuid(getuid());
     const std::string userHome = user ? user->pw_dir : "";
-    using Text = std::optional<std::string>;
-    const struct {
-        Text m_Home, m_Config, m_DocumentsVariable;
-        std::string m_Preferences, m_Documents;
-    } cases[] = {
-        {"/h/", {}, "", "/h/.config", "/h/Documents"},
-        {"/", "", {}, "/.config", "/Documents"},
-        {"/h", "/c//", "/d/e/", "/c", "/d/e"},
-        {"/h", "relative", "./relative", "/h/.config", "/h/Documents"},
-        {{}, {}, "/d", userHome.empty() ? "" : userHome + "/.config", "/d"},
-    };
-    const CTemporaryHome temporary;
-    for (const auto& c : cases) {
-        const CEnvironmentVariable home("HOME", c.m_Home);
-        const CEnvironmentVariable config("XDG_CONFIG_HOME", c.m_Config);
-        const CEnvironmentVariable documents("XDG_DOCUMENTS_DIR", c.m_DocumentsVariable);
-        EXPECT_EQ(GetUserPreferencesFolder(), c.m_Preferences);
-        EXPECT_EQ(GetUserDocumentsFolder(), c.m_Documents);
-    }
-}
-
-TEST(UserFolders, DocumentsFollowTheDesktopsFile) {
-    const CTemporaryHome home;
+    const std::string config = temporary.In("config");
     const std::string name = "XDG_DOCUMENTS_DIR=";
-    const std::pair<std::string, std::string> cases[] = {
-        {name + "\"$HOME/My Papers\"\n", home.In("My Papers")},
-        {"#" + name + "\"/no\"\n " + name + "\"/a \\\"b\\\\\\$\"\nX=\"/no\"", "/a \"b\\$"},
-        {name + "\"/first\"\n" + name + "\"/last/\"\n", "/last"},
-        {name + "\"$HOMELESS/x\"\n" + name + "/bare\n" + name, home.In("Documents")},
-        {name + "\"/cut\\", "/cut"},
+    const struct {
+        std::optional<std::string> m_Home, m_Config, m_Variable;
+        std::string m_File, m_Preferences, m_Documents;
+    } cases[] = {
+        {"/h//", {}, "", "", "/h/.config", "/h/Documents"},
+        {"/", "relative", "./relative", "", "/.config", "/Documents"},
+        {"/h", "/c//", "/d/e/", "", "/c", "/d/e"},
+        {{}, {}, "/d", "", userHome.empty() ? "" : userHome + "/.config", "/d"},
+        {"/h", config, {}, name + "\"$HOME/My Papers\"\n", config, "/h/My Papers"},
+        {"/h", config, {}, "#" + name + "\"/no\"\n " + name + "\"/\\\"b\\$\"", config, "/\"b$"},
+        {"/h", config, {}, name + "\"/first\"\n" + name + "\"/last/\"", config, "/last"},
+        {"/h", config, {}, name + "\"$HOMES\"\n" + name + "/b\n" + name, config, "/h/Documents"},
+        {"/h", config, {}, name + "\"/cut\\", config, "/cut"},
     };
-    const CEnvironmentVariable documents("XDG_DOCUMENTS_DIR", {});
-    for (const auto& [text, expected] : cases) {
-        home.Write("config/user-dirs.dirs", text);
-        EXPECT_EQ(GetUserDocumentsFolder(), expected) << text;
+    for (const auto& c : cases) {
+        temporary.Write("config/user-dirs.dirs", c.m_File);
+        const CEnvironmentVariable homeVariable("HOME", c.m_Home);
+        const CEnvironmentVariable configVariable("XDG_CONFIG_HOME", c.m_Config);
+        const CEnvironmentVariable documentsVariable("XDG_DOCUMENTS_DIR", c.m_Variable);
+        EXPECT_EQ(GetUserPreferencesFolder(), c.m_Preferences);
+        EXPECT_EQ(GetUserDocumentsFolder(), c.m_Documents) << c.m_File;
     }
 }
 

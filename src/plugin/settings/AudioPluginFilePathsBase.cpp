@@ -35,8 +35,11 @@ CAudioPluginFilePathsBase::CAudioPluginFilePathsBase(const std::string& installF
 void CAudioPluginFilePathsBase::CreateFolders() const {
     if (!m_SettingsFolder.empty())
         System::CreateFolder(m_SettingsFolder, System::EFolderAccess::Owner);
-    if (!m_UserSkinsFolder.empty())
-        System::CreateFolder(m_UserSkinsFolder, System::EFolderAccess::Everyone);
+    // Presets too: there the user's default is saved, and that is where a user looks for the place.
+    for (const std::string& folder : {m_UserPresetsFolder, m_UserSkinsFolder}) {
+        if (!folder.empty())
+            System::CreateFolder(folder, System::EFolderAccess::Everyone);
+    }
 }
 
 } // namespace Lathe::Audio::Plugin

@@ -7,8 +7,9 @@
 
 namespace Lathe::Audio::Plugin {
 
-// Makes the settings folder, the user folder and the user's folder of skins. One that can't be made
-// keeps its path: what is read there is missing, and what is written there fails.
+// Makes the settings folder, the user folder and the user's folders of presets and of skins. One
+// that can't be made keeps its path: what is read there is missing, and what is written there
+// fails.
 class CAudioPluginFilePathsBase : public IAudioPluginDataPath {
 public:
     // Absolute, without a slash at the end. An empty one leaves all paths below it empty.

@@ -31,10 +31,11 @@ public:
     const IAudioPluginDataPath& GetDataPath() const override { return m_Paths; }
 
 private:
-    System::CCriticalSection m_InitLock;
     bool m_Loaded = false;
     TPaths m_Paths;
     CAudioPluginDefaultSettings m_DefaultSettings;
+    // Held for the whole of Init.
+    System::CCriticalSection m_InitLock;
 };
 
 // Built at the first request, from that request's package, which may be null; destroyed when the

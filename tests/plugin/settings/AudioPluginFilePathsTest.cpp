@@ -24,6 +24,7 @@ TEST(AudioPluginFilePaths, FollowModuleAndPackage) {
     EXPECT_EQ(paths.GetUserPresetsFolder(), user + "/Presets");
     EXPECT_TRUE(std::filesystem::is_directory(settings));
     EXPECT_TRUE(std::filesystem::is_directory(user + "/Skins"));
+    EXPECT_TRUE(std::filesystem::is_directory(user + "/Presets"));
 
     const CAudioPluginDllFilePaths anonymous(nullptr, "/m/Plug.so");
     EXPECT_EQ(anonymous.GetSettingsFolder(), home.In("config/Marrow Sound/Plug"));
