@@ -99,8 +99,6 @@ TEST(XmlDataObject, SavesAndLoadsFiles) {
     WriteOneOfEach(saved);
     ASSERT_TRUE(saved.Save(path.c_str()));
     EXPECT_TRUE(loaded.Load(path.c_str()) && GetText(loaded) == GetText(saved));
-    std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2);
-    EXPECT_FALSE(loaded.Load(path.c_str()));
     std::filesystem::remove(path);
     for (const char* bad : {path.c_str(), "/", "", "/dev/null", "/dev/zero"}) {
         EXPECT_FALSE(loaded.Load(bad));
