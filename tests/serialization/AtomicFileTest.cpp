@@ -108,18 +108,16 @@ TEST_F(CAtomicFile, IsWholeForAReaderAmongWriters) {
     const std::string contents[] = {std::string(100'000, 'a'), std::string(200'000, 'b')};
     ASSERT_TRUE(Write("file", contents[0]));
     std::atomic<int> running{2};
-    const auto write = [&](const std::string& content) {
+    const auto write = [&](int content) {
         for (int i = 0; i < 20; ++i)
-            EXPECT_TRUE(Write("file", content));
+            EXPECT_TRUE(Write("file", contents[content]));
         --running;
     };
-    std::thread first(write, contents[0]), second(write, contents[1]);
+    const std::jthread first(write, 0), second(write, 1);
     while (running > 0) {
         const std::string content = Read("file");
         EXPECT_TRUE(content == contents[0] || content == contents[1]);
     }
-    first.join();
-    second.join();
     EXPECT_EQ(GetFileCount(), 1);
 }
 

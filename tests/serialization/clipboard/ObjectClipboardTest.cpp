@@ -94,37 +94,34 @@ TEST_F(CClipboardTest, MatchesCategoryAndFormat) {
     }
 }
 
-TEST_F(CClipboardTest, MakesObjectsOfTheClassThatTheDataName) {
+// All without the closing zero.
+TEST_F(CClipboardTest, TakesFromADocumentWhatItHolds) {
     const struct {
-        const char *m_Name, *m_Document;
+        const char* m_Format;
+        std::string m_Bytes;
+        const char* m_Pasted;
         bool m_Compatible;
-    } cases[] = {{"_MarrowSound_-[A]-{CPasted}", "<r DataType='{CPasted}'/>", true},
-                 {"_MarrowSound_-[A]-{IPasted}", "<r DataType='{CPasted}'/>", true},
-                 {"_MarrowSound_-[A]-other", "<r DataType='{CPasted}'/>", false},
-                 {"_MarrowSound_-[A]-{CPasted}", "<r DataType='{Other}'/>", false},
-                 {"_MarrowSound_-[A]-{CPasted}", "<r><DataType/></r>", false}};
+    } cases[] = {{"{CPasted}", "<r DataType='{CPasted}'><Data v='1'/></r>", "pastes 1", true},
+                 {"{IPasted}", "<r DataType='{CPasted}'/>", "fails 7", true},
+                 {"{IPasted}", "<r DataType='{CPasted}' Data='1'/>", "fails 7", true},
+                 {"{CPasted}", "<r DataType='{Other}'><Data v='1'/></r>", "pastes 1", false},
+                 {"{CPasted}", "<r><DataType/><Data/></r>", "fails -1", false},
+                 {"other", "<r DataType='{CPasted}'><Data v='1'/></r>", "fails 7", false},
+                 {"{CPasted}", "<r DataType='{CPasted}'><Data v='1'/>", "fails 7", false},
+                 {"{CPasted}", "plain text", "fails 7", false},
+                 {"{CPasted}", std::string(100, '\0'), "fails 7", false},
+                 {"{CPasted}", "", "fails 7", false}};
     for (const auto& test : cases) {
+        SCOPED_TRACE(test.m_Format + test.m_Bytes);
         m_Clipboard.Clear();
-        Set(test.m_Name, test.m_Document);
+        Set((std::string("_MarrowSound_-[A]-") + test.m_Format).c_str(), test.m_Bytes);
+        EXPECT_EQ(Paste("{IPasted}", "A"), test.m_Pasted);
         EXPECT_EQ(m_Clipboard.HasCompatibleData("{IPasted}", "A"), test.m_Compatible);
         const std::unique_ptr<IPasted> made(
             static_cast<IPasted*>(m_Clipboard.CreatePasted("{IPasted}", "A")));
-        EXPECT_EQ(made != nullptr, test.m_Compatible) << test.m_Name << test.m_Document;
-        EXPECT_FALSE(m_Clipboard.HasCompatibleData(nullptr, "A"));
-        EXPECT_FALSE(m_Clipboard.CreatePasted(nullptr, "A"));
-    }
-}
-
-TEST_F(CClipboardTest, LeavesTheObjectAloneOverHostileBytes) {
-    const std::string whole = "<r><Data v='1'/></r>";
-    Set("_MarrowSound_-[A]-", whole); // Without the closing zero.
-    EXPECT_EQ(Paste(nullptr, "A"), "pastes 1");
-    const std::string hostile[] = {"", std::string(100, '\0'), "plain text", whole.substr(0, 15),
-                                   "<r Data='1'/>"};
-    for (const std::string& bytes : hostile) {
-        Set("_MarrowSound_-[A]-", bytes);
-        EXPECT_EQ(Paste(nullptr, "A"), "fails 7");
-        EXPECT_FALSE(m_Clipboard.HasCompatibleData("", "A"));
+        EXPECT_EQ(made != nullptr, test.m_Compatible);
+        EXPECT_FALSE(m_Clipboard.HasCompatibleData(nullptr, "A") ||
+                     m_Clipboard.CreatePasted(nullptr, "A"));
     }
 }
 
