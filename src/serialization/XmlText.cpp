@@ -44,7 +44,8 @@ private:
                m_Steps <= MaxXmlLookupSteps;
     }
 
-    // Whatever stands between elements is walked over in the search for one of them.
+    // Comments and sections too are walked over in the search for an element. Texts at most double
+    // their number.
     bool CountChild() {
         ++m_NodeCount;
         m_Steps += ++m_ChildCounts.back();
@@ -55,7 +56,7 @@ private:
     bool SkipText() {
         const std::size_t end = std::min(m_Text.find('<', m_Position), m_Text.size());
         const std::string_view skipped = m_Text.substr(m_Position, end - m_Position);
-        if (skipped.find_first_not_of(Blanks) != NotFound && (GetDepth() == 0 || !CountChild()))
+        if (GetDepth() == 0 && skipped.find_first_not_of(Blanks) != NotFound)
             return false;
         m_Position = end;
         return end < m_Text.size();

@@ -12,8 +12,8 @@ bool IsXmlName(std::string_view name);
 // Whether every byte is a part of a whole UTF-8 sequence.
 bool IsUtf8(std::string_view text);
 
-// Longer texts are refused, and those with more elements, attributes, texts and comments, each of
-// which takes a few hundred bytes.
+// Longer texts are refused, and those with more elements, attributes and comments, each of which
+// takes a few hundred bytes.
 inline constexpr std::size_t MaxXmlSize = std::size_t{64} << 20;
 inline constexpr int MaxXmlNodes = 1'000'000;
 // Elements nested deeper are refused: they are parsed and read by recursion.

@@ -4,14 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <random>
 #include <thread>
@@ -38,31 +36,24 @@ struct CAtomicFile : testing::Test {
     bool Write(const char* name, std::string_view content) const {
         return WriteFile(Path(name).c_str(), content);
     }
-    // No temporary file is left.
-    void CheckCount(int files) const {
-        EXPECT_EQ(std::distance(fs::directory_iterator(m_Folder), {}), files);
-    }
+    // Temporary files that are left count too.
+    auto GetFileCount() const { return std::distance(fs::directory_iterator(m_Folder), {}); }
     fs::path m_Folder =
         fs::path(testing::TempDir()) / ("files " + std::to_string(std::random_device{}()));
 };
 
-// A disk that has room for so many bytes of a file.
-class CSmallDisk {
-public:
-    explicit CSmallDisk(rlim_t size) {
-        getrlimit(RLIMIT_FSIZE, &m_Before);
-        const rlimit limit{size, m_Before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~CSmallDisk() {
-        setrlimit(RLIMIT_FSIZE, &m_Before);
-        std::signal(SIGXFSZ, m_Handler);
-    }
-
-private:
-    rlimit m_Before{};
-    void (*m_Handler)(int) = std::signal(SIGXFSZ, SIG_IGN);
-};
+// Writes more than there is room for on the disk.
+bool WriteTooMuch(const std::string& path) {
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{100, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const bool written = WriteFile(path.c_str(), std::string(101, 'x'));
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    return written;
+}
 
 } // namespace
 
@@ -83,41 +74,33 @@ TEST_F(CAtomicFile, IsReplacedAndKeepsItsModeAndItsLinks) {
     std::string content;
     EXPECT_FALSE(ReadFile(m_Folder.c_str(), NoLimit, content));
     EXPECT_FALSE(ReadFile(Path("file").c_str(), 2, content) || !content.empty());
-    CheckCount(6);
+    EXPECT_EQ(GetFileCount(), 6);
 }
 
 TEST_F(CAtomicFile, KeepsItsBytesWhenThereIsNoRoom) {
     ASSERT_TRUE(Write("file", "old"));
-    {
-        const CSmallDisk disk(100);
-        EXPECT_FALSE(Write("file", std::string(101, 'x')) || Write("new", std::string(101, 'x')));
-    }
+    EXPECT_FALSE(WriteTooMuch(Path("file")) || WriteTooMuch(Path("new")));
     EXPECT_EQ(Read("file"), "old");
-    EXPECT_FALSE(WriteFile("/dev/full", "x"));
-    CheckCount(1);
+    EXPECT_EQ(GetFileCount(), 1);
 }
 
 TEST_F(CAtomicFile, IsWrittenDirectlyWhereNothingCanReplaceIt) {
     std::array<int, 2> ends;
     ASSERT_EQ(pipe(ends.data()), 0);
     EXPECT_TRUE(WriteFile(("/dev/fd/" + std::to_string(ends[1])).c_str(), "pipe"));
+    close(ends[1]);
     std::array<char, 8> bytes{};
     EXPECT_EQ(read(ends[0], bytes.data(), bytes.size()), 4);
     close(ends[0]);
-    close(ends[1]);
     if (geteuid() == 0)
         GTEST_SKIP() << "Permissions don't bind this user.";
     ASSERT_TRUE(Write("file", "old") && Write("protected", "old"));
     fs::permissions(Path("protected"), fs::perms::owner_read);
     EXPECT_FALSE(Write("protected", "new"));
     fs::permissions(m_Folder, fs::perms::owner_read | fs::perms::owner_exec);
-    {
-        const CSmallDisk disk(100);
-        EXPECT_FALSE(Write("file", std::string(101, 'x')));
-        EXPECT_EQ(Read("file"), "old");
-    }
+    EXPECT_FALSE(WriteTooMuch(Path("file")) || Write("another", "x"));
+    EXPECT_EQ(Read("file"), "old");
     EXPECT_TRUE(Write("file", "new, and longer") && Write("file", "new"));
-    EXPECT_FALSE(Write("another", "x"));
     EXPECT_EQ(Read("file") + Read("protected"), "newold");
 }
 
@@ -125,19 +108,17 @@ TEST_F(CAtomicFile, IsWholeForAReaderAmongWriters) {
     const std::string contents[] = {std::string(100'000, 'a'), std::string(200'000, 'b')};
     ASSERT_TRUE(Write("file", contents[0]));
     std::atomic<int> running{2};
-    const auto write = [&](const std::string& content) {
+    const auto write = [&](int content) {
         for (int i = 0; i < 20; ++i)
-            EXPECT_TRUE(Write("file", content));
+            EXPECT_TRUE(Write("file", contents[content]));
         --running;
     };
-    std::thread first(write, contents[0]), second(write, contents[1]);
+    const std::jthread first(write, 0), second(write, 1);
     while (running > 0) {
         const std::string content = Read("file");
         EXPECT_TRUE(content == contents[0] || content == contents[1]);
     }
-    first.join();
-    second.join();
-    CheckCount(1);
+    EXPECT_EQ(GetFileCount(), 1);
 }
 
 } // namespace Lathe::Serialization::Tests

@@ -119,18 +119,8 @@ bool CIncrementalMemDataObject::WriteObject(const char* name, const ISerialize& 
     }
     m_SameAsPrevious = false;
     nested->ForgetPrevious();
-    nested->m_Entries.shrink_to_fit();
     PutNew(name, CIncrementalDataBuffer(std::move(nested)));
     return result;
-}
-
-void CIncrementalMemDataObject::RemoveValue(const char* name) {
-    const auto place = name ? FindPlace(name) : m_Entries.end();
-    if (!name || !IsAt(place, name))
-        return;
-    Entries removed{*place};
-    m_Entries.erase(place);
-    Release(removed);
 }
 
 void CIncrementalMemDataObject::Clear() {
@@ -165,20 +155,19 @@ void CIncrementalMemDataObject::TakeDifference(const CIncrementalMemDataObject& 
         if (before && (before == entry || before->m_Buffer.HasValue(entry->m_Buffer.GetValue())))
             complete = false;
         else if (before && before->m_Buffer.GetObject() && entry->m_Buffer.GetObject())
-            complete &= TakeObjectDifference(*before, *entry);
+            complete &= PutObjectDifference(*before, *entry);
         else
             Put(*entry);
     }
     m_IsIncremental = !complete;
 }
 
-// Whether nothing of the object was left out.
-bool CIncrementalMemDataObject::TakeObjectDifference(const SEntry& from, const SEntry& to) {
+// Whether nothing of the object is left out.
+bool CIncrementalMemDataObject::PutObjectDifference(const SEntry& from, const SEntry& to) {
     auto nested = std::make_unique<CIncrementalMemDataObject>();
     nested->TakeDifference(*from.m_Buffer.GetObject(), *to.m_Buffer.GetObject());
     const bool complete = !nested->m_IsIncremental;
-    if (complete || nested->GetCount() > 0)
-        PutNew(to.m_Name, CIncrementalDataBuffer(std::move(nested)));
+    PutNew(to.m_Name, CIncrementalDataBuffer(std::move(nested)));
     return complete;
 }
 

@@ -32,11 +32,9 @@ public:
     bool WriteObject(const char* name, const ISerialize& object) override;
 
     int GetCount() const { return static_cast<int>(m_Entries.size()); }
-    void RemoveValue(const char* name);
     // Back to the state after the construction.
     void Clear();
 
-    const CIncrementalMemDataObject* GetPrevious() const { return m_Previous; }
     // Whether there is a previous object and nothing that differs from it has been written. A value
     // that is only missing is no difference.
     bool IsSameAsPrevious() const { return m_SameAsPrevious; }
@@ -67,7 +65,7 @@ private:
     void Put(SEntry& entry);
     void PutNew(std::string_view name, CIncrementalDataBuffer buffer);
     void TakeDifference(const CIncrementalMemDataObject& from, const CIncrementalMemDataObject& to);
-    bool TakeObjectDifference(const SEntry& from, const SEntry& to);
+    bool PutObjectDifference(const SEntry& from, const SEntry& to);
     // Leaves the vector empty.
     static void Release(Entries& entries);
 
