@@ -1,0 +1,275 @@
+// A filter for tests of what runs around filters: its outputs repeat its inputs, it delays by a
+// latency that can be set, and it notes calls that overlap though they must not. Nothing allocates
+// on its audio path.
+#pragma once
+
+#include "core/runtime/ObjectsFactory.h"
+#include "dsp/BaseCoreDSPFilter.h"
+#include "dsp/FilterProductInfo.h"
+#include "dsp/OutputDataSync.h"
+#include "dsp/properties/FilterPropertiesVariations.h"
+#include "plugin/internals/ProcessAwareProperty.h"
+#include "serialization/StreamValue.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cmath>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+namespace Lathe::Audio::Plugin {
+
+// A number that wants to know the sample rate and how audio is processed.
+class CTestProperty : public DataModel::Objects::IDynamicPropertyValue,
+                      public ISampleRateProperty,
+                      public IProcessDataProperty {
+public:
+    static const char* ClassId() { return "{3F1C0A52-77B1-4C2E-9A55-0D3B6E8F1C27}"; }
+
+    explicit CTestProperty(double number = 0.0) : m_Number(number) {}
+
+    const void* QueryInterface(const char* id) const override {
+        if (std::strcmp(id, ISampleRateProperty::InterfaceId()) == 0)
+            return static_cast<const ISampleRateProperty*>(this);
+        if (std::strcmp(id, IProcessDataProperty::InterfaceId()) == 0)
+            return static_cast<const IProcessDataProperty*>(this);
+        return std::strcmp(id, ClassId()) == 0 ? this : nullptr;
+    }
+    void* QueryInterface(const char* id) override {
+        return const_cast<void*>(std::as_const(*this).QueryInterface(id));
+    }
+    const char* GetClassId() const override { return ClassId(); }
+    bool Serialize(Serialization::IWriteDataStream& output) const override {
+        return Serialization::WriteValue(output, "number", m_Number);
+    }
+    bool DeSerialize(const Serialization::IReadDataStream& input) override {
+        return Serialization::ReadValueOrDefault(input, "number", m_Number, 0.0);
+    }
+    CTestProperty* Clone() const override { return new CTestProperty(*this); }
+    bool IsSameType(const IDynamicPropertyValue& other) const override {
+        return other.QueryInterface(ClassId()) != nullptr;
+    }
+    double GetSampleRate() const override { return m_SampleRate; }
+    void SetSampleRate(double rate) override {
+        m_SampleRate = rate;
+        ++m_RatesSet;
+    }
+    SProcessData GetProcessData() const override { return m_ProcessData; }
+    void SetProcessData(const SProcessData& data) override { m_ProcessData = data; }
+
+    double m_Number;
+    double m_SampleRate = 0.0;
+    int m_RatesSet = 0;
+    SProcessData m_ProcessData;
+};
+inline const Runtime::CFactoryRegistration<CTestProperty, DataModel::Objects::IDynamicPropertyValue>
+    TestPropertyRegistration;
+
+struct STestFilterSetup {
+    int m_Inputs = 2;
+    int m_Outputs = 2;
+    // Of strings, curves, surfaces and custom properties each, in and out: 0 or 1.
+    int m_Objects = 1;
+    bool m_HasState = false;
+    bool m_HasClock = false;
+};
+
+// The parameter is the level of what comes out, and the first output parameter repeats it; the
+// second is the highest sample since the outputs were last reset.
+class CPluginTestFilter : public DSP::CBaseCoreDSPFilter, private Serialization::ISerializable {
+public:
+    static constexpr int s_MaxLatency = 4096;
+
+    explicit CPluginTestFilter(STestFilterSetup setup = {})
+        : m_Setup(setup), m_ProcessInfo(setup.m_Inputs, setup.m_Outputs) {
+        using DSP::CParamInfo, DataModel::Objects::EParamType;
+        m_InputParamsInfo.SetCount(1);
+        m_InputParamsInfo[0] = CParamInfo(EParamType::Float, 0.0, 2.0, 1.0, "Level", "", "");
+        m_OutputParamsInfo.SetCount(2);
+        m_OutputParamsInfo[0] = CParamInfo(EParamType::Float, 0.0, 2.0, 1.0, "Level", "", "");
+        m_OutputParamsInfo[1] = CParamInfo(EParamType::Float, 0.0, 9.0, 0.0, "Peak", "", "");
+        m_OutputParams.SetValue(0, 1.0);
+        Declare(m_InputStringsInfo, m_OutputStringsInfo, DSP::CStringInfo("Text", "", "none"));
+        Declare(m_InputCurvesInfo, m_OutputCurvesInfo, DSP::CCurveInfo("Curve", ""));
+        Declare(m_InputSurfacesInfo, m_OutputSurfacesInfo, DSP::CSurfaceInfo("Surface", ""));
+        Declare(m_InputCustomPropertiesInfo, m_OutputCustomPropertiesInfo,
+                DSP::CCustomPropertyInfo("Property", "", new CTestProperty(1.0)));
+        m_NewOutputs.SetDefaults(*this);
+        m_NewOutputs.ClearDirty();
+        m_Outputs = m_Defaults = m_NewOutputs;
+        if (setup.m_HasClock)
+            m_Clock.emplace(50.0);
+    }
+
+    // With the same setup only.
+    CPluginTestFilter* Clone() const override { return new CPluginTestFilter(m_Setup); }
+    const DSP::IConstFilterProductInfo& GetProductInfo() const override {
+        static const DSP::CFilterProductInfo info("", "Test", "1.0", "", "", 9, "");
+        return info;
+    }
+    const DSP::IProcessInfo& GetProcessInfo() const override { return m_ProcessInfo; }
+    // Between two blocks; up to s_MaxLatency.
+    void SetLatency(int samples) { m_TailLength = m_Latency = samples; }
+
+    void Init(double sampleRate, const DSP::CFilterInitInfo& info) override {
+        const CUse use(*this);
+        m_InitInfo = info;
+        if (m_Clock)
+            m_Clock->SetSampleRate(sampleRate);
+        CBaseCoreDSPFilter::Init(sampleRate, info);
+    }
+    void Process(const DSP::CFilterProcessData& data) override {
+        const CUse use(*this);
+        ++m_Blocks;
+        CBaseCoreDSPFilter::Process(data);
+    }
+    bool ProcessSilence(const DSP::CFilterProcessData& data) override {
+        const CUse use(*this);
+        ++m_SilentBlocks;
+        return CBaseCoreDSPFilter::ProcessSilence(data);
+    }
+    void SetInputValues(const DSP::IConstFilterProperties& values) override {
+        for (int kind = 0; kind < DSP::InputKinds; ++kind) {
+            m_Changed[static_cast<std::size_t>(kind)] = DSP::IsAnyDirty(values, kind);
+            m_NewOutputs.AssignDirty(dynamic_cast<const DSP::CFilterProperties&>(values), kind);
+            for (int i = 0; i < values.GetDirty(kind).GetCount(); ++i) {
+                if (values.GetDirty(kind).GetElement(i).IsDirty())
+                    m_NewOutputs.GetDirty(kind).GetElement(i).SetDirty();
+            }
+        }
+        m_OutputParams.SetValue(0, m_NewOutputs.GetParams().GetValue(0));
+    }
+
+    Serialization::ISerializable* GetInternalDSPState() override {
+        return m_Setup.m_HasState ? this : nullptr;
+    }
+    DSP::IOutputDataSync* GetOutputDataSync() override { return m_Clock ? &*m_Clock : nullptr; }
+    void ResetOutputs() override {
+        const CUse use(*this);
+        m_OutputParams.SetValue(1, std::exchange(m_Peak, 0.0));
+    }
+    bool UpdateOutputs() override {
+        const CUse use(*this);
+        bool any = false;
+        for (int kind = DSP::Strings; kind < DSP::InputKinds; ++kind) {
+            m_Outputs.AssignDirty(m_NewOutputs, kind);
+            for (int i = 0; i < m_Setup.m_Objects; ++i) {
+                if (!m_NewOutputs.GetDirty(kind).GetElement(i).IsDirty())
+                    continue;
+                m_Outputs.GetDirty(kind).GetElement(i).SetDirty();
+                any = true;
+            }
+        }
+        m_NewOutputs.ClearDirty();
+        return any;
+    }
+    const DSP::IConstParamsValues& GetOutputParamsValues() const override { return m_OutputParams; }
+    const DSP::IConstStrings& GetOutputStrings() const override { return m_Outputs.GetStrings(); }
+    const DSP::IConstCurves& GetOutputCurves() const override { return m_Outputs.GetCurves(); }
+    const DSP::IConstSurfaces& GetOutputSurfaces() const override {
+        return m_Outputs.GetSurfaces();
+    }
+    const DSP::IConstCustomProperties& GetOutputCustomProperties() const override {
+        return m_Outputs.GetCustomProperties();
+    }
+    DSP::IDirtyFlags& GetOutputStringsDirty() override { return m_Outputs.GetDirty(DSP::Strings); }
+    DSP::IDirtyFlags& GetOutputCurvesDirty() override { return m_Outputs.GetDirty(DSP::Curves); }
+    DSP::IDirtyFlags& GetOutputSurfacesDirty() override {
+        return m_Outputs.GetDirty(DSP::Surfaces);
+    }
+    DSP::IDirtyFlags& GetOutputCustomPropertiesDirty() override {
+        return m_Outputs.GetDirty(DSP::CustomProperties);
+    }
+
+    bool Serialize(Serialization::IWriteDataStream& output) const override {
+        const CUse use(*this);
+        return Serialization::WriteValue(output, "state", m_State);
+    }
+    bool DeSerialize(const Serialization::IReadDataStream& input) override {
+        const CUse use(*this);
+        return Serialization::ReadValueOrDefault(input, "state", m_State, 0);
+    }
+
+    // Calls that overlapped with a block, an Init, a change of outputs or an access to the state.
+    int GetOverlaps() const { return m_Overlaps; }
+
+    // Of the last SetInputValues or block with variations, by kind.
+    std::array<bool, DSP::InputKinds> m_Changed{};
+    DSP::CFilterInitInfo m_InitInfo;
+    int m_Blocks = 0;
+    int m_SilentBlocks = 0;
+    // The internal state.
+    int m_State = 0;
+
+protected:
+    void OnReset() override {
+        m_Delays = {};
+        m_Peak = 0.0;
+    }
+    void ProcessStreams(const DSP::IConstAudioStreams& inputs, DSP::IAudioStreams& outputs,
+                        int samples,
+                        const DSP::IConstFilterPropertiesVariations* variations) override {
+        if (variations)
+            SetInputValues(variations->GetEnd());
+        if (m_Clock)
+            m_Clock->AddSamples(samples);
+        const int channels = std::min(inputs.GetCount(), outputs.GetCount());
+        for (int c = 0; c < std::min(channels, static_cast<int>(m_Delays.size())); ++c) {
+            const DSP::IAudioStream& input = inputs.GetElement(c);
+            DSP::IAudioStream& output = outputs.GetElement(c);
+            if (!input.GetData() || !output.GetData())
+                continue;
+            auto& delay = m_Delays[static_cast<std::size_t>(c)];
+            for (int i = 0; i < samples; ++i) {
+                const auto now = m_Position + static_cast<std::size_t>(i);
+                delay[now % delay.size()] = input.GetData()[i * input.GetStride()];
+                const auto then = now - static_cast<std::size_t>(m_Latency);
+                const float sample =
+                    static_cast<float>(m_OutputParams.GetValue(0)) * delay[then % delay.size()];
+                output.GetData()[i * output.GetStride()] = sample;
+                m_Peak = std::max(m_Peak, static_cast<double>(std::abs(sample)));
+            }
+        }
+        m_Position += static_cast<std::size_t>(samples);
+    }
+
+private:
+    // Counts itself when there is another one.
+    class CUse {
+    public:
+        explicit CUse(const CPluginTestFilter& filter) : m_Filter(filter) {
+            m_Filter.m_Overlaps += m_Filter.m_Uses++ > 0 ? 1 : 0;
+        }
+        ~CUse() { --m_Filter.m_Uses; }
+
+    private:
+        const CPluginTestFilter& m_Filter;
+    };
+
+    template <class TInfos, class TInfo>
+    void Declare(TInfos& inputs, TInfos& outputs, const TInfo& info) {
+        inputs.SetCount(m_Setup.m_Objects);
+        outputs.SetCount(m_Setup.m_Objects);
+        for (int i = 0; i < m_Setup.m_Objects; ++i)
+            inputs[i] = outputs[i] = info;
+    }
+
+    STestFilterSetup m_Setup;
+    DSP::CProcessInfo m_ProcessInfo;
+    std::optional<DSP::COutputDataSync> m_Clock;
+    std::array<std::array<float, 2 * s_MaxLatency>, 2> m_Delays{};
+    std::size_t m_Position = 0;
+    double m_Peak = 0.0;
+    // What came in, with the flags of what waits for UpdateOutputs, and what is out.
+    DSP::CFilterProperties m_NewOutputs;
+    DSP::CFilterProperties m_Outputs;
+    // Held to the end, so that no block frees one.
+    DSP::CFilterProperties m_Defaults;
+    DSP::CParamsValues m_OutputParams{2};
+    mutable std::atomic<int> m_Uses{0};
+    mutable std::atomic<int> m_Overlaps{0};
+};
+
+} // namespace Lathe::Audio::Plugin
