@@ -36,20 +36,13 @@ protected:
         values.GetCustomProperties().SetValue(0, CTestProperty(value));
         m_Filter->SetInputValues(values);
     }
-    // What the objects of all kinds show.
-    void Check(double param, const char* text, double value, double property) const {
-        const auto get = [](const auto& vector) {
-            return std::unique_ptr<
-                std::remove_pointer_t<decltype(vector.GetElement(0).GetValue())>>(
-                vector.GetElement(0).GetValue());
-        };
+    void Check(double param, const char* text, double number) const {
         EXPECT_EQ(m_Outputs.GetParams().GetElement(0).GetValue(), param);
         const std::unique_ptr<char[]> shown(m_Outputs.GetStrings().GetElement(0).GetValue());
         EXPECT_STREQ(shown.get(), text);
-        EXPECT_EQ(get(m_Outputs.GetCurves())->Evaluate(1.0), value);
-        EXPECT_EQ(get(m_Outputs.GetSurfaces())->Evaluate(1.0, 1.0), value);
-        const auto custom = get(m_Outputs.GetCustomProperties());
-        EXPECT_EQ(dynamic_cast<const CTestProperty&>(*custom).m_Number, property);
+        const std::unique_ptr<DataModel::Objects::IDynamicPropertyValue> property(
+            m_Outputs.GetCustomProperties().GetElement(0).GetValue());
+        EXPECT_EQ(dynamic_cast<const CTestProperty&>(*property).m_Number, number);
     }
 
     std::array<DSP::CFilterProperties, 3> m_Given;
@@ -63,20 +56,22 @@ TEST_F(OutputObjects, ShowWhatTheFilterHasUntilItDies) {
     journal.Listen(m_Outputs.GetCurves().GetElement(0).GetValueChangedEvent(), 'c');
     journal.Listen(m_Outputs.GetCustomProperties().GetElement(0).GetValueChangedEvent(), 'u');
     CActionCommand handler([&] {
-        EXPECT_TRUE(std::async([&] {
-                        const bool isFree = m_Outputs.GetLock().TryLock();
-                        if (isFree)
-                            m_Outputs.GetLock().Unlock();
-                        return isFree;
-                    }).get())
+        EXPECT_TRUE(std::async(std::launch::async,
+                               [&] {
+                                   const bool isFree = m_Outputs.GetLock().TryLock();
+                                   if (isFree)
+                                       m_Outputs.GetLock().Unlock();
+                                   return isFree;
+                               })
+                        .get())
             << "events run without the lock";
     });
     m_Outputs.GetSurfaces().GetElement(0).GetValueChangedEvent().AddCommand(handler);
-    Check(1.0, "none", 0.0, 1.0);
+    Check(1.0, "none", 1.0);
     CCountingLock processLock;
     Give(2);
     EXPECT_TRUE(m_Outputs.Publish(*m_Filter, &processLock, true));
-    Check(2.0, "2", 2.0, 2.0);
+    Check(2.0, "2", 2.0);
     EXPECT_EQ(journal.Take(), "pvcu");
     EXPECT_TRUE(m_Outputs.Publish(*m_Filter, nullptr, false));
     EXPECT_EQ(journal.Take(), "");
@@ -84,38 +79,36 @@ TEST_F(OutputObjects, ShowWhatTheFilterHasUntilItDies) {
     m_Outputs.GetSurfaces().GetElement(0).GetValueChangedEvent().RemoveCommand(handler);
     m_Outputs.Detach();
     m_Filter.reset();
-    Check(2.0, "none", 0.0, 1.0);
+    Check(2.0, "none", 1.0);
 }
 
 TEST_F(OutputObjects, ComeBackForALockThatAReaderHolds) {
     m_Outputs.GetLock().Lock();
     Give(2);
-    const auto publish = [&](bool force) {
-        return std::async(std::launch::async,
-                          [this, force] { return m_Outputs.Publish(*m_Filter, nullptr, force); });
-    };
-    EXPECT_FALSE(publish(false).get());
-    Check(2.0, "none", 0.0, 1.0);
-    auto forced = publish(true);
-    Check(2.0, "none", 0.0, 1.0);
+    EXPECT_FALSE(std::async(std::launch::async, [&] {
+                     return m_Outputs.Publish(*m_Filter, nullptr, false);
+                 }).get());
+    Check(2.0, "none", 1.0);
+    auto forced =
+        std::async(std::launch::async, [&] { return m_Outputs.Publish(*m_Filter, nullptr, true); });
+    Check(2.0, "none", 1.0);
     m_Outputs.GetLock().Unlock();
     EXPECT_TRUE(forced.get());
-    Check(2.0, "2", 2.0, 2.0);
+    Check(2.0, "2", 2.0);
 
     CPluginTestFilter plain({.m_Objects = 0});
     COutputObjects none(plain);
     const Core::CAutoLock lock(none.GetLock());
-    EXPECT_TRUE(std::async([&] { return none.Publish(plain, nullptr, false); }).get());
+    EXPECT_TRUE(
+        std::async(std::launch::async, [&] { return none.Publish(plain, nullptr, false); }).get());
 }
 
 TEST_F(OutputObjects, AllocateNothingWhileOthersRead) {
     std::atomic<bool> done = false;
     std::thread reader([&] {
-        const auto& object = m_Outputs.GetStrings().GetElement(0);
         while (!done) {
-            const std::unique_ptr<char[]> text(object.GetValue());
+            const std::unique_ptr<char[]> text(m_Outputs.GetStrings().GetElement(0).GetValue());
             EXPECT_GT(std::strlen(text.get()), 0U);
-            m_Outputs.GetParams().GetElement(0).GetValue();
         }
     });
     for (int i = 0; i < 3000; ++i) {
@@ -127,7 +120,6 @@ TEST_F(OutputObjects, AllocateNothingWhileOthersRead) {
     }
     done = true;
     reader.join();
-    EXPECT_EQ(m_Filter->GetOverlaps(), 0);
 }
 
 TEST(MTCaptureParam, StaysInItsRange) {
