@@ -22,7 +22,7 @@
 namespace Lathe::Audio::Plugin {
 
 // A number that wants to know the sample rate and how audio is processed.
-class CTestProperty : public DataModel::Objects::IDynamicPropertyValue,
+class CTestProperty : public DataModel::Objects::CEmptyDynamicPropertyValue,
                       public ISampleRateProperty,
                       public IProcessDataProperty {
 public:
@@ -30,15 +30,13 @@ public:
 
     explicit CTestProperty(double number = 0.0) : m_Number(number) {}
 
+    using CEmptyDynamicPropertyValue::QueryInterface;
     const void* QueryInterface(const char* id) const override {
         if (std::strcmp(id, ISampleRateProperty::InterfaceId()) == 0)
             return static_cast<const ISampleRateProperty*>(this);
         if (std::strcmp(id, IProcessDataProperty::InterfaceId()) == 0)
             return static_cast<const IProcessDataProperty*>(this);
         return std::strcmp(id, ClassId()) == 0 ? this : nullptr;
-    }
-    void* QueryInterface(const char* id) override {
-        return const_cast<void*>(std::as_const(*this).QueryInterface(id));
     }
     const char* GetClassId() const override { return ClassId(); }
     bool Serialize(Serialization::IWriteDataStream& output) const override {
@@ -48,9 +46,6 @@ public:
         return Serialization::ReadValueOrDefault(input, "number", m_Number, 0.0);
     }
     CTestProperty* Clone() const override { return new CTestProperty(*this); }
-    bool IsSameType(const IDynamicPropertyValue& other) const override {
-        return other.QueryInterface(ClassId()) != nullptr;
-    }
     double GetSampleRate() const override { return m_SampleRate; }
     void SetSampleRate(double rate) override {
         m_SampleRate = rate;
@@ -86,9 +81,9 @@ public:
         : m_Setup(setup), m_ProcessInfo(setup.m_Inputs, setup.m_Outputs) {
         using DSP::CParamInfo, DataModel::Objects::EParamType;
         m_InputParamsInfo.SetCount(1);
-        m_InputParamsInfo[0] = CParamInfo(EParamType::Float, 0.0, 2.0, 1.0, "Level", "", "");
         m_OutputParamsInfo.SetCount(2);
-        m_OutputParamsInfo[0] = CParamInfo(EParamType::Float, 0.0, 2.0, 1.0, "Level", "", "");
+        m_InputParamsInfo[0] = m_OutputParamsInfo[0] =
+            CParamInfo(EParamType::Float, 0.0, 2.0, 1.0, "Level", "", "");
         m_OutputParamsInfo[1] = CParamInfo(EParamType::Float, 0.0, 9.0, 0.0, "Peak", "", "");
         m_OutputParams.SetValue(0, 1.0);
         Declare(m_InputStringsInfo, m_OutputStringsInfo, DSP::CStringInfo("Text", "", "none"));
@@ -132,12 +127,8 @@ public:
     }
     void SetInputValues(const DSP::IConstFilterProperties& values) override {
         for (int kind = 0; kind < DSP::InputKinds; ++kind) {
-            m_Changed[static_cast<std::size_t>(kind)] = DSP::IsAnyDirty(values, kind);
-            m_NewOutputs.AssignDirty(dynamic_cast<const DSP::CFilterProperties&>(values), kind);
-            for (int i = 0; i < values.GetDirty(kind).GetCount(); ++i) {
-                if (values.GetDirty(kind).GetElement(i).IsDirty())
-                    m_NewOutputs.GetDirty(kind).GetElement(i).SetDirty();
-            }
+            m_Changed[static_cast<std::size_t>(kind)] =
+                Move(dynamic_cast<const DSP::CFilterProperties&>(values), m_NewOutputs, kind);
         }
         m_OutputParams.SetValue(0, m_NewOutputs.GetParams().GetValue(0));
     }
@@ -153,15 +144,8 @@ public:
     bool UpdateOutputs() override {
         const CUse use(*this);
         bool any = false;
-        for (int kind = DSP::Strings; kind < DSP::InputKinds; ++kind) {
-            m_Outputs.AssignDirty(m_NewOutputs, kind);
-            for (int i = 0; i < m_Setup.m_Objects; ++i) {
-                if (!m_NewOutputs.GetDirty(kind).GetElement(i).IsDirty())
-                    continue;
-                m_Outputs.GetDirty(kind).GetElement(i).SetDirty();
-                any = true;
-            }
-        }
+        for (int kind = DSP::Strings; kind < DSP::InputKinds; ++kind)
+            any = Move(m_NewOutputs, m_Outputs, kind) || any;
         m_NewOutputs.ClearDirty();
         return any;
     }
@@ -248,6 +232,15 @@ private:
         const CPluginTestFilter& m_Filter;
     };
 
+    // What is dirty, with its flags.
+    static bool Move(const DSP::CFilterProperties& from, DSP::CFilterProperties& to, int kind) {
+        to.AssignDirty(from, kind);
+        for (int i = 0; i < from.GetDirty(kind).GetCount(); ++i) {
+            if (from.GetDirty(kind).GetElement(i).IsDirty())
+                to.GetDirty(kind).GetElement(i).SetDirty();
+        }
+        return DSP::IsAnyDirty(from, kind);
+    }
     template <class TInfos, class TInfo>
     void Declare(TInfos& inputs, TInfos& outputs, const TInfo& info) {
         inputs.SetCount(m_Setup.m_Objects);
