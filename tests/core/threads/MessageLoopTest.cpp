@@ -16,9 +16,11 @@ namespace {
 
 constexpr int Hour = 3600000;
 
-// Leaves a trace when it runs, and another when it leaks.
-struct COwned : CActionCommand, CTracked {
-    using CActionCommand::CActionCommand;
+// Counts the living, on any thread.
+struct COwned : CActionCommand {
+    explicit COwned(std::function<void()> action) : CActionCommand(std::move(action)) { ++s_Alive; }
+    ~COwned() override { --s_Alive; }
+    static inline std::atomic<int> s_Alive{0};
 };
 
 struct CRunningLoop : CMessageLoopThread {
@@ -76,6 +78,7 @@ TEST(MessageLoopTest, RunsMessagesInOrderOnItsThread) {
             log += 'c';
         });
         loop.Call([&] { log += thread == std::this_thread::get_id() ? 'f' : '-'; });
+        EXPECT_EQ(COwned::s_Alive, 0) << "they went before the caller went on";
         EXPECT_NE(thread, std::this_thread::get_id());
         EXPECT_EQ(log, "abcef") << "invoked within at once, posted within behind";
         loop.Invoke(nullptr, true);
@@ -85,7 +88,7 @@ TEST(MessageLoopTest, RunsMessagesInOrderOnItsThread) {
         loop.Call([&] { log.clear(); });
         EXPECT_EQ(log, "");
     }
-    EXPECT_EQ(CTracked::s_Alive, 0);
+    EXPECT_EQ(COwned::s_Alive, 0);
 }
 
 TEST(MessageLoopTest, StopsAndStartsAgainWithWhatItHas) {
@@ -132,7 +135,7 @@ TEST(MessageLoopTest, StopsItselfAndFreesWhoeverWaits) {
             loop.Start();
         }
     }
-    EXPECT_EQ(CTracked::s_Alive, 0) << "what it never came to has gone with it";
+    EXPECT_EQ(COwned::s_Alive, 0) << "what it never came to has gone with it";
 }
 
 TEST(MessageLoopTest, GoesWhileItRunsWithAFullQueue) {
@@ -156,7 +159,7 @@ TEST(MessageLoopTest, GoesWhileItRunsWithAFullQueue) {
         for (int i = 0; i < 10; ++i)
             loop.Post(new CPosting(loop), true);
     }
-    EXPECT_EQ(CTracked::s_Alive, 0);
+    EXPECT_EQ(COwned::s_Alive, 0);
 }
 
 TEST(MessageLoopTest, AddingATimerAgainRestartsIt) {
@@ -205,7 +208,7 @@ TEST(MessageLoopTest, ATimerRemovesAndDestroysItself) {
         done.Wait(-1);
         loop.RemoveTimer(new COwned([] {}), true); // Unknown, and destroyed all the same.
     }
-    EXPECT_EQ(CTracked::s_Alive, 0);
+    EXPECT_EQ(COwned::s_Alive, 0);
 }
 
 TEST(MessageLoopTest, ARemovalWaitsForTheCommand) {
@@ -237,7 +240,7 @@ TEST(SharedMessageLoopTest, RunsFromTheFirstHolderToTheLast) {
         EXPECT_TRUE(runs == 2 && &holder.Get() == &other.Get());
         holder.Get().Post(new COwned([] {}), true);
     }
-    EXPECT_EQ(CTracked::s_Alive, 0);
+    EXPECT_EQ(COwned::s_Alive, 0);
 }
 
 TEST(ThreadedTimerTest, ARemovalWaitsForTheCommandOnTheOtherThread) {
