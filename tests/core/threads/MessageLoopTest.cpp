@@ -60,6 +60,16 @@ void CheckRemovalWaits(ITimerProvider& timers) {
         second.join();
         timers.RemoveTimer(&command, false); // Where it has added itself once more.
     }
+    // At any moment, also just before the command would run.
+    for (int round = 0; round < 3000; ++round) {
+        std::atomic<bool> removed{false};
+        CActionCommand command([&] { EXPECT_FALSE(removed); });
+        timers.AddTimer(0, &command);
+        for (int i = 0; i < round % 500; ++i)
+            timers.AddTimer(Hour, &other);
+        timers.RemoveTimer(&command, false);
+        removed = true;
+    }
 }
 
 } // namespace
@@ -111,6 +121,9 @@ TEST(MessageLoopTest, StopsAndStartsAgainWithWhatItHas) {
         std::jthread other([&] { loop.Stop(); });
         loop.Stop();
         EXPECT_EQ(posted, round) << "either stop has joined the thread";
+        other.join();
+        loop.Start(); // Returns with the thread running: the stop is not lost.
+        loop.Stop();
     }
 }
 
@@ -130,10 +143,13 @@ TEST(MessageLoopTest, StopsItselfAndFreesWhoeverWaits) {
         std::this_thread::yield();
         go.Set();
         waiting.join();
-        for (int i = 0; i < 3; ++i) { // Each start finds a message that stops the loop at once.
+        // Each start finds a message that stops the loop at once, and comes to the next.
+        CEvent last;
+        for (int i = 0; i < 5; ++i)
             loop.PostCall([&] { loop.Stop(); });
+        loop.PostCall([&] { last.Set(); });
+        while (!last.IsSignaled())
             loop.Start();
-        }
     }
     EXPECT_EQ(COwned::s_Alive, 0) << "what it never came to has gone with it";
 }
