@@ -150,11 +150,17 @@ bool CMessageLoop::RunMessage() {
             return false;
         taken.splice(taken.begin(), m_Messages, m_Messages.begin());
     }
-    const SMessage& message = taken.front();
-    message.m_Command->Execute();
-    if (message.m_Done)
-        message.m_Done->Set();
+    taken.front().m_Command->Execute();
+    FinishFirst(taken);
     return true;
+}
+
+// An owned command goes before the caller goes on: what goes with it may be the caller's.
+void CMessageLoop::FinishFirst(Messages& messages) {
+    CEvent* done = messages.front().m_Done;
+    messages.pop_front();
+    if (done)
+        done->Set();
 }
 
 bool CMessageLoop::RunDueTimer() {
@@ -229,9 +235,8 @@ void CMessageLoop::Leave() {
             message = next;
         }
     }
-    for (const SMessage& message : invoked)
-        message.m_Done->Set();
-    invoked.clear();
+    while (!invoked.empty())
+        FinishFirst(invoked);
     m_ThreadId.store(0, std::memory_order_relaxed);
     m_Started.store(false, std::memory_order_release);
 }

@@ -37,7 +37,7 @@ public:
     CMessageLoop& operator=(const CMessageLoop&) = delete;
 
     // Where the loop doesn't run, or stops before it comes to the command, this returns without
-    // having run it. An owned command may be destroyed a little after the return. Null is ignored.
+    // having run it. On return, an owned command has gone. Null is ignored.
     void Invoke(Core::ICommand* command, bool owned) override;
     // A command that the loop hasn't come to when it stops waits for the next start. Null is
     // ignored.
@@ -83,6 +83,7 @@ private:
     // Each is false when there was nothing to run.
     bool RunMessageAndTimer();
     bool RunMessage();
+    static void FinishFirst(Messages& messages);
     bool RunDueTimer();
     TimerPtr TakeDueTimer();
     void FindDueTimers();

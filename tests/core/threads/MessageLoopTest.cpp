@@ -16,9 +16,11 @@ namespace {
 
 constexpr int Hour = 3600000;
 
-// Leaves a trace when it runs, and another when it leaks.
-struct COwned : CActionCommand, CTracked {
-    using CActionCommand::CActionCommand;
+// Counts the living, on any thread.
+struct COwned : CActionCommand {
+    explicit COwned(std::function<void()> action) : CActionCommand(std::move(action)) { ++s_Alive; }
+    ~COwned() override { --s_Alive; }
+    static inline std::atomic<int> s_Alive{0};
 };
 
 struct CRunningLoop : CMessageLoopThread {
@@ -58,6 +60,15 @@ void CheckRemovalWaits(ITimerProvider& timers) {
         second.join();
         timers.RemoveTimer(&command, false); // Where it has added itself once more.
     }
+    // At any moment, also just before the command would run: the sanitizers see one that does.
+    for (int round = 0; round < 1000; ++round) {
+        auto* command = new CActionCommand([] {});
+        timers.AddTimer(0, command);
+        for (int i = 0; i < round % 100; ++i)
+            timers.AddTimer(Hour, &other);
+        timers.RemoveTimer(command, true);
+    }
+    timers.RemoveTimer(&other, false);
 }
 
 } // namespace
@@ -76,6 +87,7 @@ TEST(MessageLoopTest, RunsMessagesInOrderOnItsThread) {
             log += 'c';
         });
         loop.Call([&] { log += thread == std::this_thread::get_id() ? 'f' : '-'; });
+        EXPECT_EQ(COwned::s_Alive, 0) << "they went before the caller went on";
         EXPECT_NE(thread, std::this_thread::get_id());
         EXPECT_EQ(log, "abcef") << "invoked within at once, posted within behind";
         loop.Invoke(nullptr, true);
@@ -85,7 +97,7 @@ TEST(MessageLoopTest, RunsMessagesInOrderOnItsThread) {
         loop.Call([&] { log.clear(); });
         EXPECT_EQ(log, "");
     }
-    EXPECT_EQ(CTracked::s_Alive, 0);
+    EXPECT_EQ(COwned::s_Alive, 0);
 }
 
 TEST(MessageLoopTest, StopsAndStartsAgainWithWhatItHas) {
@@ -108,6 +120,9 @@ TEST(MessageLoopTest, StopsAndStartsAgainWithWhatItHas) {
         std::jthread other([&] { loop.Stop(); });
         loop.Stop();
         EXPECT_EQ(posted, round) << "either stop has joined the thread";
+        other.join();
+        loop.Start(); // Returns with the thread running: the stop is not lost.
+        loop.Stop();
     }
 }
 
@@ -127,12 +142,15 @@ TEST(MessageLoopTest, StopsItselfAndFreesWhoeverWaits) {
         std::this_thread::yield();
         go.Set();
         waiting.join();
-        for (int i = 0; i < 3; ++i) { // Each start finds a message that stops the loop at once.
+        // Each start finds a message that stops the loop at once, and comes to the next.
+        CEvent last;
+        for (int i = 0; i < 5; ++i)
             loop.PostCall([&] { loop.Stop(); });
+        loop.PostCall([&] { last.Set(); });
+        while (!last.IsSignaled())
             loop.Start();
-        }
     }
-    EXPECT_EQ(CTracked::s_Alive, 0) << "what it never came to has gone with it";
+    EXPECT_EQ(COwned::s_Alive, 0) << "what it never came to has gone with it";
 }
 
 TEST(MessageLoopTest, GoesWhileItRunsWithAFullQueue) {
@@ -156,7 +174,7 @@ TEST(MessageLoopTest, GoesWhileItRunsWithAFullQueue) {
         for (int i = 0; i < 10; ++i)
             loop.Post(new CPosting(loop), true);
     }
-    EXPECT_EQ(CTracked::s_Alive, 0);
+    EXPECT_EQ(COwned::s_Alive, 0);
 }
 
 TEST(MessageLoopTest, AddingATimerAgainRestartsIt) {
@@ -205,7 +223,7 @@ TEST(MessageLoopTest, ATimerRemovesAndDestroysItself) {
         done.Wait(-1);
         loop.RemoveTimer(new COwned([] {}), true); // Unknown, and destroyed all the same.
     }
-    EXPECT_EQ(CTracked::s_Alive, 0);
+    EXPECT_EQ(COwned::s_Alive, 0);
 }
 
 TEST(MessageLoopTest, ARemovalWaitsForTheCommand) {
@@ -237,7 +255,7 @@ TEST(SharedMessageLoopTest, RunsFromTheFirstHolderToTheLast) {
         EXPECT_TRUE(runs == 2 && &holder.Get() == &other.Get());
         holder.Get().Post(new COwned([] {}), true);
     }
-    EXPECT_EQ(CTracked::s_Alive, 0);
+    EXPECT_EQ(COwned::s_Alive, 0);
 }
 
 TEST(ThreadedTimerTest, ARemovalWaitsForTheCommandOnTheOtherThread) {
