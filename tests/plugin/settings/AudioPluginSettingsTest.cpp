@@ -122,6 +122,7 @@ TEST_F(AudioPluginSettings, RaiseTheirEvents) {
     for (const double rate : {FactoryRate, 0.0, -1.0, std::nan(""), 60.0, 60.0})
         settings->SetRefreshRate(rate);
     settings->SetSkinFile("/x");
+    settings->SetSkinFile(nullptr);
     settings->Load();
     EXPECT_EQ(raised, "iior");
 }
