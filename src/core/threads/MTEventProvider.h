@@ -25,6 +25,8 @@ public:
     void Notify() override;
 
 private:
+    SNode* Take(const Core::ICommand* command);
+
     CCriticalSection m_Lock;
 };
 
