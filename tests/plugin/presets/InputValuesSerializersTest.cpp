@@ -1,122 +1,18 @@
-// Proves that inputs of all kinds are read as written, and what becomes of them where a stream
-// lacks them, lies, or holds only changes.
+// Inputs of all kinds are read as written, and what becomes of them where a stream lacks them,
+// lies, or holds only changes.
 #include "plugin/presets/InputValuesSerializers.h"
 
-#include "core/runtime/ObjectsFactory.h"
 #include "datamodel/Journal.h"
-#include "datamodel/objects/CurveInfo.h"
-#include "datamodel/objects/CustomPropertyInfo.h"
-#include "datamodel/objects/StringInfo.h"
-#include "datamodel/objects/SurfaceInfo.h"
-#include "datamodel/objects/capture/CaptureState.h"
-#include "serialization/Streams.h"
-
-#include <cmath>
-#include <deque>
-#include <limits>
+#include "math/Constant.h"
+#include "plugin/TestHost.h"
 
 namespace Lathe::Audio::Plugin {
-
 namespace {
 
-using namespace DataModel::Objects;
-using DataModel::TICaptureObjectFactory;
-using Math::CConstantBinaryFunction;
-using Math::CConstantFunction;
-using Serialization::CMemDataObject;
-using Serialization::CXmlDataObject;
+using DataModel::Objects::IDynamicPropertyValue;
 using Serialization::IDeSerialize;
 using Serialization::IReadDataStream;
 using Serialization::Tests::CChanges;
-
-// Takes what it is given, whatever its range, and counts how often.
-template <class I, class T, class TInfo>
-struct TInput : DataModel::TCaptureState<I> {
-    TInput(T value, const TInfo& info) : m_Info(info), m_Value(value) {}
-    const TInfo& GetInfo() const override { return m_Info; }
-    typename Core::TValueStorage<T>::Copy GetValue() const override { return m_Value.MakeCopy(); }
-    void SetValue(T value) override {
-        m_Value.Set(value);
-        ++m_Sets;
-        this->NotifyValueChanged();
-    }
-    void Capture() override { this->BeginCapture(); }
-    void Release() override { this->EndCapture(); }
-
-    TInfo m_Info;
-    Core::TValueStorage<T> m_Value;
-    int m_Sets = 0;
-};
-
-template <class I, class T, class TInfo, class TDeSerializer>
-struct TInputs : Containers::IVector<I> {
-    using Serializer = TInputValuesSerializer<Containers::IVector<I>>;
-    using DeSerializer = TDeSerializer;
-    TInputs& Add(T value, const TInfo& info = TInfo()) {
-        m_Inputs.emplace_back(value, info);
-        return *this;
-    }
-    int GetCount() const LATHE_REALTIME override { return static_cast<int>(m_Inputs.size()); }
-    const I& GetElement(int i) const LATHE_REALTIME override { return m_Inputs[std::size_t(i)]; }
-    I& GetElement(int i) LATHE_REALTIME override { return m_Inputs[std::size_t(i)]; }
-
-    std::deque<TInput<I, T, TInfo>> m_Inputs;
-};
-using CParams = TInputs<ICaptureParam, double, CParamInfo, CInputParamsDeSerializer>;
-template <class T, class TConstInfo, class TInfo, class TDeSerializer>
-using TFactories = TInputs<TICaptureObjectFactory<T, TConstInfo>, T, TInfo, TDeSerializer>;
-using CStrings = TFactories<const char*, IConstStringInfo, CStringInfo, CInputStringsDeSerializer>;
-using CCurves =
-    TFactories<const Math::IFunction&, IConstCurveInfo, CCurveInfo, CInputCurvesDeSerializer>;
-using CSurfaces = TFactories<const Math::IBinaryFunction&, IConstSurfaceInfo, CSurfaceInfo,
-                             CInputSurfacesDeSerializer>;
-using CProperties = TFactories<const IDynamicPropertyValue&, IConstCustomPropertyInfo,
-                               CCustomPropertyInfo, CInputCustomPropertiesDeSerializer>;
-
-struct CProperty : Serialization::Tests::CIntObject, IDynamicPropertyValue {
-    static const char* ClassId() { return "{0B8A4E52-6D0C-4c59-8E67-5B1F6D3A2C11}"; }
-    const char* GetClassId() const override { return ClassId(); }
-    using CIntObject::CIntObject;
-    const void* QueryInterface(const char*) const override { return nullptr; }
-    void* QueryInterface(const char*) override { return nullptr; }
-    CProperty* Clone() const override { return new CProperty(*this); }
-    bool IsSameType(const IDynamicPropertyValue&) const override { return false; }
-};
-const Runtime::CFactoryRegistration<CProperty, IDynamicPropertyValue> Registration;
-
-struct SPrepare : Core::TIArgCommand<IDynamicPropertyValue&> {
-    void Execute(IDynamicPropertyValue& value) override {
-        m_Seen.push_back(dynamic_cast<CProperty&>(value).m_Value);
-    }
-    std::vector<int> m_Seen;
-};
-
-std::string Show(double value) {
-    return std::to_string(value);
-}
-std::string Show(char* text) {
-    return std::unique_ptr<char[]>(text).get();
-}
-std::string Show(Math::IFunction* value) {
-    return Show(std::unique_ptr<Math::IFunction>(value)->Evaluate(0.3));
-}
-std::string Show(Math::IBinaryFunction* value) {
-    return Show(std::unique_ptr<Math::IBinaryFunction>(value)->Evaluate(0.3, 0.7));
-}
-std::string Show(IDynamicPropertyValue* value) {
-    const std::unique_ptr<IDynamicPropertyValue> owner(value);
-    const auto* property = dynamic_cast<CProperty*>(value);
-    return property ? std::to_string(property->m_Value) : value->GetClassId();
-}
-
-// The values with the number of times that each was set since the last call.
-template <class TVector>
-std::string Take(TVector& inputs) {
-    std::string text;
-    for (auto& input : inputs.m_Inputs)
-        text += Show(input.GetValue()) + "*" + std::to_string(std::exchange(input.m_Sets, 0)) + " ";
-    return text;
-}
 
 // A document as one that holds only changes, to any depth.
 struct CChangesView : Serialization::CXmlBaseDataObject {
@@ -135,110 +31,143 @@ struct CChangesView : Serialization::CXmlBaseDataObject {
     }
 };
 
-template <class TInputs>
-void CheckRoundTrip(TInputs& source, TInputs& target, const std::string& defaults) {
+struct SPrepare : Core::TIArgCommand<IDynamicPropertyValue&> {
+    void Execute(IDynamicPropertyValue& value) override {
+        m_Seen.push_back(dynamic_cast<CTestProperty&>(value).m_Number);
+    }
+    std::vector<double> m_Seen;
+};
+
+// One of each kind, and the events of all of them, each with its letter.
+class InputValues : public testing::Test {
+protected:
+    InputValues() : m_Journal(m_Params[0]) {
+        m_Journal.Listen(m_Objects.GetStrings().GetElement(0).GetValueChangedEvent(), 's');
+        m_Journal.Listen(m_Objects.GetCurves().GetElement(0).GetValueChangedEvent(), 'c');
+        m_Journal.Listen(m_Objects.GetSurfaces().GetElement(0).GetValueChangedEvent(), 'f');
+        m_Journal.Listen(m_Objects.GetCustomProperties().GetElement(0).GetValueChangedEvent(), 'p');
+    }
+    void Set(double number, const char* text) {
+        m_Params[0].SetValue(number);
+        m_Objects.GetStrings().GetElement(0).SetValue(text);
+        m_Objects.GetCurves().GetElement(0).SetValue(Math::CConstantFunction(number));
+        m_Objects.GetSurfaces().GetElement(0).SetValue(Math::CConstantBinaryFunction(number));
+        m_Objects.GetCustomProperties().GetElement(0).SetValue(CTestProperty(number));
+        m_Journal.Take();
+    }
+    // Behind the events since the last call.
+    std::string Take() {
+        const std::unique_ptr<Math::IFunction> curve(
+            m_Objects.GetCurves().GetElement(0).GetValue());
+        const std::unique_ptr<Math::IBinaryFunction> surface(
+            m_Objects.GetSurfaces().GetElement(0).GetValue());
+        const std::unique_ptr<IDynamicPropertyValue> value(
+            m_Objects.GetCustomProperties().GetElement(0).GetValue());
+        const auto* property = dynamic_cast<const CTestProperty*>(value.get());
+        std::ostringstream text;
+        text << m_Journal.Take() << ' ' << m_Params[0].GetValue() << ' '
+             << TakeText(m_Objects.GetStrings().GetElement(0).GetValue()) << ' '
+             << curve->Evaluate(0.3) << ' ' << surface->Evaluate(0.3, 0.7) << ' '
+             << (property ? property->m_Number : NAN);
+        return text.str();
+    }
+    // How many of the kinds it reads.
+    int Read(const IReadDataStream& stream) {
+        CInputStringsDeSerializer strings(m_Objects.GetStrings());
+        CInputCurvesDeSerializer curves(m_Objects.GetCurves());
+        CInputSurfacesDeSerializer surfaces(m_Objects.GetSurfaces());
+        return ReadObjectOrDefaults(stream, "p", m_ParamsReader) +
+               ReadObjectOrDefaults(stream, "s", strings) +
+               ReadObjectOrDefaults(stream, "c", curves) +
+               ReadObjectOrDefaults(stream, "f", surfaces) +
+               ReadObjectOrDefaults(stream, "u", m_PropertiesReader);
+    }
+
+    CPluginTestFilter m_Filter;
+    CInputObjects m_Objects{m_Filter};
+    THostParams<DataModel::Objects::ICaptureParam> m_Params{m_Filter.GetInputParamsInfo()};
+    DataModel::CJournal m_Journal;
+    SPrepare m_Prepare;
+    CInputParamsDeSerializer m_ParamsReader{m_Params};
+    CInputCustomPropertiesDeSerializer m_PropertiesReader{m_Objects.GetCustomProperties(),
+                                                          &m_Prepare};
+};
+
+TEST_F(InputValues, OfAllKindsAreReadAsWritten) {
     Serialization::Tests::ForEachStream([&](auto& stream, const auto& reload) {
-        typename TInputs::DeSerializer reader(target);
-        EXPECT_TRUE(stream.WriteObject("inputs", typename TInputs::Serializer(source)));
+        Set(1.0 / 3.0, "<\xc3\xa4> & \"b\"");
+        const std::string written = Take();
+        EXPECT_TRUE(stream.WriteObject("p", CInputParamsSerializer(m_Params)));
+        EXPECT_TRUE(stream.WriteObject("s", CInputStringsSerializer(m_Objects.GetStrings())));
+        EXPECT_TRUE(stream.WriteObject("c", CInputCurvesSerializer(m_Objects.GetCurves())));
+        EXPECT_TRUE(stream.WriteObject("f", CInputSurfacesSerializer(m_Objects.GetSurfaces())));
+        EXPECT_TRUE(stream.WriteObject(
+            "u", CInputCustomPropertiesSerializer(m_Objects.GetCustomProperties())));
         reload();
-        EXPECT_FALSE(ReadObjectOrDefaults(stream, "none", reader));
-        EXPECT_EQ(Take(target), defaults);
-        EXPECT_TRUE(ReadObjectOrDefaults(stream, "inputs", reader));
-        EXPECT_TRUE(ReadObjectOrDefaults(CChanges(), "inputs", reader));
-        EXPECT_TRUE(reader.DeSerialize(CChanges()));
-        for (auto& input : source.m_Inputs)
-            input.m_Sets = 1;
-        EXPECT_EQ(Take(target), Take(source));
+        EXPECT_EQ(Read(Serialization::CMemDataObject()), 0);
+        EXPECT_EQ(Take(), "bvescfp 1 none 0 0 1");
+        EXPECT_EQ(Read(stream), 5);
+        EXPECT_EQ(Take(), "bvescfp" + written);
+        EXPECT_EQ(Read(CChanges()), 5);
+        EXPECT_EQ(Take(), written);
     });
-    const TInputs none;
-    CMemDataObject stream;
-    EXPECT_TRUE(typename TInputs::Serializer(none).Serialize(stream));
-    EXPECT_EQ(stream, CMemDataObject()) << "not even a count";
+    const CInputObjects none(CPluginTestFilter({.m_Objects = 0}));
+    Serialization::CMemDataObject stream;
+    EXPECT_TRUE(CInputStringsSerializer(none.GetStrings()).Serialize(stream));
+    EXPECT_EQ(stream, Serialization::CMemDataObject()) << "not even a count";
 }
 
-TEST(InputValues, OfAllKindsAreReadAsWritten) {
-    const CParamInfo paramInfo(EParamType::Float, -9.0, 9.0, 0.25, "", "", "");
-    CParams params, otherParams;
-    params.Add(1.0 / 3.0).Add(-2.0);
-    otherParams.Add(5.0, paramInfo).Add(5.0, paramInfo);
-    CheckRoundTrip(params, otherParams, "0.250000*1 0.250000*1 ");
-    CStrings strings, otherStrings;
-    strings.Add("").Add("<\xc3\xa4> & \"b\"");
-    otherStrings.Add("x", CStringInfo("", "", "default")).Add("y");
-    CheckRoundTrip(strings, otherStrings, "default*1 *1 ");
-    CCurves curves, otherCurves;
-    curves.Add(CConstantFunction(1.5));
-    otherCurves.Add(CConstantFunction(7.0), CCurveInfo("", "", new CConstantFunction(3.0)));
-    CheckRoundTrip(curves, otherCurves, "3.000000*1 ");
-    CSurfaces surfaces, otherSurfaces;
-    surfaces.Add(CConstantBinaryFunction(-1.5));
-    otherSurfaces.Add(CConstantBinaryFunction(7.0));
-    CheckRoundTrip(surfaces, otherSurfaces, "0.000000*1 ");
-    CProperties properties, otherProperties;
-    properties.Add(CProperty(4)).Add(CProperty(5));
-    otherProperties.Add(CProperty(6)).Add(CProperty(6), CCustomPropertyInfo("", "", new CProperty));
-    const std::string empty = CEmptyDynamicPropertyValue::ClassId();
-    CheckRoundTrip(properties, otherProperties, empty + "*1 -1*1 ");
-}
-
-TEST(InputValues, AreFiniteInRangeAndAsManyAsTheInstanceHas) {
-    constexpr double Infinity = std::numeric_limits<double>::infinity();
-    const CParamInfo info(EParamType::Float, -1.0, 1.0, 0.25, "", "", "");
-    // What is stored, and what it becomes.
-    const double cases[][2] = {{0.75, 0.75}, {7.0, 1.0},       {-1e300, -1.0},
-                               {NAN, 0.25},  {Infinity, 0.25}, {-Infinity, 0.25}};
-    for (const auto& [stored, full] : cases) {
+// The level goes from 0 to 2, with the default 1.
+TEST_F(InputValues, AreFiniteInRangeAndAsManyAsTheInstanceHas) {
+    // What is stored, and what it becomes of 0.5.
+    const double cases[][2] = {{0.75, 0.75}, {7.0, 2.0},      {-1e300, 0.0},
+                               {NAN, 1.0},   {INFINITY, 1.0}, {-INFINITY, 1.0}};
+    for (const auto& [stored, result] : cases) {
         SCOPED_TRACE(stored);
-        const bool changes = std::isfinite(stored);
-        CParams params;
-        params.Add(0.5, info).Add(0.5, info);
-        CInputParamsDeSerializer reader(params);
-        DataModel::CJournal journal(params.m_Inputs[0]);
-        CMemDataObject stream;
-        CChanges incremental;
-        EXPECT_TRUE(WriteValue(stream, "p0", stored) && WriteValue(incremental, "p0", stored));
-        EXPECT_TRUE(reader.DeSerialize(incremental));
-        EXPECT_EQ(Take(params), (changes ? Show(full) + "*1 " : "0.500000*0 ") + "0.500000*0 ");
-        EXPECT_EQ(journal.Take(), changes ? "bve" : "");
-        WriteValue(stream, "p1", "a text");
-        WriteValue(stream, "p2", 0.75);
-        WriteValue(stream, "count", 2000000000);
-        EXPECT_FALSE(reader.DeSerialize(stream));
-        EXPECT_EQ(Take(params), Show(full) + "*1 0.250000*1 ");
-        EXPECT_EQ(journal.Take(), "bve");
+        m_Params[0].SetValue(0.5);
+        Serialization::CMemDataObject stream;
+        CChanges changes;
+        EXPECT_TRUE(WriteValue(stream, "p0", stored) && WriteValue(changes, "p0", stored));
+        EXPECT_TRUE(WriteValue(stream, "p1", 0.25) && WriteValue(stream, "count", 2000000000));
+        EXPECT_TRUE(m_ParamsReader.DeSerialize(changes));
+        EXPECT_EQ(m_Params[0].GetValue(), std::isfinite(stored) ? result : 0.5);
+        EXPECT_EQ(m_ParamsReader.DeSerialize(stream), std::isfinite(stored));
+        EXPECT_EQ(m_Params[0].GetValue(), result);
     }
 }
 
-TEST(InputValues, OfUnknownClassOrNoneGetTheDefault) {
-    const std::string known =
-        std::string("<obj0 isNull='0' type='") + CProperty::ClassId() + "'><content v='7'/></obj0>";
-    // What 5 becomes, with the default 1, in a full stream and in one of changes; and what was new.
-    const std::vector<std::string> cases[] = {
-        {known, "7*1 reads", "7*1 reads", "2"},
-        {known.substr(0, known.find("<content")) + "</obj0>", "1*1 fails", "5*0 fails", "2"},
-        {"<obj0 isNull='0' type='?'><content v='7'/></obj0>", "1*1 fails", "5*0 fails", "0"},
-        {"<obj0 isNull='1'/>", "1*1 reads", "1*1 reads", "0"},
-        {"<obj0><content v='7'/></obj0>", "1*1 fails", "7*1 reads", "0"},
-        {"<obj0><content/></obj0>", "1*1 fails", "5*1 reads", "0"},
-        {"<obj1 isNull='1'/>", "1*1 fails", "5*0 reads", "0"}};
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test[0]);
-        CXmlDataObject document("Root");
+TEST_F(InputValues, OfUnknownClassOrNoneGetTheDefault) {
+    const std::string known = std::string("<obj0 isNull='0' type='") + CTestProperty::ClassId() +
+                              "'><content number='7'/></obj0>";
+    // What 5 becomes, with the default 1, in a full stream and in one of changes, where "p" tells
+    // of a write; and how many were new.
+    const std::tuple<std::string, const char*, const char*, std::size_t> cases[] = {
+        {known, "p7 reads", "p7 reads", 2},
+        {known.substr(0, known.find("<content")) + "</obj0>", "p1 fails", "5 fails", 2},
+        {"<obj0 isNull='0' type='?'><content number='7'/></obj0>", "p1 fails", "5 fails", 0},
+        {"<obj0 isNull='1'/>", "p1 reads", "p1 reads", 0},
+        {"<obj0><content number='7'/></obj0>", "p1 fails", "p7 reads", 0},
+        {"<obj0><content/></obj0>", "p1 fails", "p5 reads", 0},
+        {"<obj1 isNull='1'/>", "p1 fails", "5 reads", 0}};
+    for (const auto& [object, full, incremental, created] : cases) {
+        SCOPED_TRACE(object);
+        Serialization::CXmlDataObject document("Root");
         ASSERT_TRUE(
-            Serialization::Tests::Parse(document, "<r count='-1' obj0='3'>" + test[0] + "</r>"));
+            Serialization::Tests::Parse(document, "<r count='-1' obj0='3'>" + object + "</r>"));
         const CChangesView changes(document);
-        SPrepare prepare;
-        for (const std::size_t i : {1U, 2U}) {
-            CProperties inputs;
-            inputs.Add(CProperty(5), CCustomPropertyInfo("", "", new CProperty(1)));
-            CInputCustomPropertiesDeSerializer reader(inputs, &prepare);
-            const bool reads = i == 1 ? reader.DeSerialize(document) : reader.DeSerialize(changes);
-            EXPECT_EQ(Take(inputs) + (reads ? "reads" : "fails"), test[i]);
+        m_Prepare.m_Seen.clear();
+        for (const bool isFull : {true, false}) {
+            Set(5.0, "");
+            const bool reads = isFull ? m_PropertiesReader.DeSerialize(document)
+                                      : m_PropertiesReader.DeSerialize(changes);
+            const std::string shown = Take();
+            EXPECT_EQ(shown.substr(0, shown.find(' ')) + shown.substr(shown.rfind(' ') + 1) +
+                          (reads ? " reads" : " fails"),
+                      isFull ? full : incremental);
         }
-        EXPECT_EQ(prepare.m_Seen, std::vector<int>(std::stoul(test[3]), -1)) << "before it reads";
+        EXPECT_EQ(m_Prepare.m_Seen, std::vector<double>(created)) << "before it reads";
     }
 }
 
 } // namespace
-
 } // namespace Lathe::Audio::Plugin
