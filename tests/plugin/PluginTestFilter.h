@@ -41,6 +41,7 @@ public:
         return Serialization::WriteValue(output, "number", m_Number);
     }
     bool DeSerialize(const Serialization::IReadDataStream& input) override {
+        m_RateAtRead = m_SampleRate;
         return Serialization::ReadValueOrDefault(input, "number", m_Number, 0.0);
     }
     CTestProperty* Clone() const override { return new CTestProperty(*this); }
@@ -52,7 +53,7 @@ public:
     SProcessData GetProcessData() const override { return m_ProcessData; }
     void SetProcessData(const SProcessData& data) override { m_ProcessData = data; }
 
-    double m_Number, m_SampleRate = 0.0;
+    double m_Number, m_SampleRate = 0.0, m_RateAtRead = 0.0;
     int m_RatesSet = 0;
     SProcessData m_ProcessData;
 };
@@ -60,8 +61,6 @@ inline const Runtime::CFactoryRegistration<CTestProperty, DataModel::Objects::ID
     TestPropertyRegistration;
 
 struct STestFilterSetup {
-    // Of strings, curves, surfaces and custom properties each, in and out: 0 or 1.
-    int m_Objects = 1;
     bool m_HasState = false, m_HasClock = false;
 };
 
@@ -226,10 +225,9 @@ private:
     }
     template <class TInfos, class TInfo>
     void Declare(TInfos& inputs, TInfos& outputs, const TInfo& info) {
-        inputs.SetCount(m_Setup.m_Objects);
-        outputs.SetCount(m_Setup.m_Objects);
-        for (int i = 0; i < m_Setup.m_Objects; ++i)
-            inputs[i] = outputs[i] = info;
+        inputs.SetCount(1);
+        outputs.SetCount(1);
+        inputs[0] = outputs[0] = info;
     }
 
     STestFilterSetup m_Setup;

@@ -9,6 +9,8 @@
 #include "plugin/interfaces/PluginGUI.h"
 #include "support/AllocationCounter.h"
 
+#include <future>
+
 namespace Lathe::Audio::Plugin {
 namespace {
 
@@ -48,13 +50,28 @@ TEST(Instance, ABlockSeesWhatMovedSinceTheLast) {
     EXPECT_EQ(move({1.5}, 4), (Seen{1.0, 1.5, 0.125}));
     EXPECT_EQ(move({0.5, 1.5}, 64), Seen()) << "taken back before the block";
     EXPECT_EQ(move({0.5}, 0), (Seen{1.5, 0.5, 0.0})) << "a block without samples has no rate";
+}
 
-    rig.GetText().SetValue("last");
-    const auto* variations = rig.m_Host->GetPropertiesVariations(4);
-    ASSERT_NE(variations, nullptr);
-    EXPECT_STREQ(variations->GetEnd().GetStrings().GetValue(0), "last");
-    EXPECT_EQ(variations->GetVariations(DSP::Strings).GetElement(0).GetValue(0), 0.25);
-    EXPECT_EQ(variations->GetVariations(DSP::Params).GetCount(), 0);
+TEST(Instance, ABlockSeesTheTextThatIsNew) {
+    SRig rig;
+    rig.m_Host.Prepare();
+    const std::pair<const char*, bool> cases[] = {
+        {"none", false},  {"a", true}, {"a", false},    {"", true}, {nullptr, true},
+        {nullptr, false}, {"", true},  {nullptr, true}, {"b", true}};
+    DataModel::CJournal journal(rig.GetText());
+    for (const auto& [written, isNew] : cases) {
+        rig.GetText().SetValue(written);
+        EXPECT_EQ(journal.Take(), isNew ? "v" : "");
+        EXPECT_EQ(TakeText(rig.GetText().GetValue()), written ? written : "");
+        const auto* variations = rig.m_Host->GetPropertiesVariations(4);
+        ASSERT_EQ(variations != nullptr, isNew);
+        if (!isNew)
+            continue;
+        EXPECT_STREQ(variations->GetEnd().GetStrings().GetValue(0), written ? written : "");
+        EXPECT_EQ(variations->GetVariations(DSP::Strings).GetElement(0).GetValue(0), 0.25);
+        EXPECT_EQ(variations->GetVariations(DSP::Params).GetCount(), 0);
+        rig.m_Host->CommitVariations();
+    }
 }
 
 // A host's object may hold anything.
@@ -117,21 +134,22 @@ TEST(Instance, KeepsItsRoomWhenTheHostNoLongerTellsABlockSize) {
 TEST(Instance, TellsCustomPropertiesHowAudioRuns) {
     SRig rig;
     auto& object = rig.Get().GetInputCustomProperties()->GetElement(0);
-    const auto check = [&] {
+    const auto check = [&](bool wasRead) {
         const std::unique_ptr<DataModel::Objects::IDynamicPropertyValue> value(object.GetValue());
         const auto& property = dynamic_cast<const CTestProperty&>(*value);
         EXPECT_EQ(property.m_SampleRate, 44100.0);
         EXPECT_EQ(property.m_RatesSet, 1) << "the same rate again is not told";
+        EXPECT_EQ(property.m_RateAtRead, wasRead ? 44100.0 : 0.0) << "told before it reads";
         EXPECT_EQ(property.m_ProcessData, (SProcessData{128, 44100.0, 2, 2}));
     };
     rig.m_Host.Prepare(44100.0, 128);
     rig.m_Host.Prepare(44100.0, 128, false);
-    check();
+    check(false);
     // One that a state brings is told too.
     const std::string state = rig.m_Host.GetState();
     object.SetValue(DataModel::Objects::CEmptyDynamicPropertyValue());
     ASSERT_TRUE(rig.m_Host.SetState(state));
-    check();
+    check(true);
 }
 
 TEST(Instance, ControllersMoveParametersAndAreSent) {
@@ -180,19 +198,69 @@ TEST(Instance, FollowsTheDefaultSettingsUntilItHasItsOwn) {
     settings.SetRefreshRate(40.0); // Nobody is left to hear it.
 }
 
-TEST(Instance, GivesMemoryBackWithoutFurtherWrites) {
+// Counts the living.
+struct CWatched : CTestProperty {
+    CWatched() { ++s_Alive; }
+    CWatched(const CWatched& other) : CTestProperty(other) { ++s_Alive; }
+    ~CWatched() override { --s_Alive; }
+    CWatched* Clone() const override { return new CWatched(*this); }
+    static inline int s_Alive = 0;
+};
+
+TEST(Instance, FreesWhatNoBlockHoldsWithTheNextWriteOrTick) {
     CManualTimerProvider timers;
     SRig rig({}, {.guiFeatures = {}, .timerProvider = &timers});
     rig.m_Host.Prepare();
-    rig.GetText().SetValue(std::string(100, 'x').c_str());
-    rig.m_Host.Block();
-    rig.GetText().SetValue("short");
-    // Outputs are published, so that neither filter nor block holds the long text.
-    for (int block = 0; block < 32; ++block)
-        rig.m_Host.Block();
-    const CAllocationScope freed;
+    auto& object = rig.Get().GetInputCustomProperties()->GetElement(0);
+    // So many that the outputs are published, and the filter has let go of what was there before.
+    const auto runBlocks = [&] {
+        const CAllocationScope scope;
+        for (int block = 0; block < 40; ++block)
+            rig.m_Host.Block();
+        EXPECT_EQ(scope.GetCount(), 0);
+    };
+    object.SetValue(CWatched());
+    object.SetValue(CWatched());
+    EXPECT_EQ(CWatched::s_Alive, 1) << "no block has seen the first";
+    runBlocks();
+    object.SetValue(CWatched());
     timers.Advance(100);
-    EXPECT_GT(freed.GetCount(), 0);
+    EXPECT_EQ(CWatched::s_Alive, 2) << "the filter holds the second";
+    runBlocks();
+    EXPECT_EQ(CWatched::s_Alive, 2) << "a block frees nothing";
+    timers.Advance(100);
+    EXPECT_EQ(CWatched::s_Alive, 1);
+    for (const char* text : {"one", "two"}) {
+        rig.GetText().SetValue(text);
+        runBlocks();
+    }
+    const CAllocationScope scope;
+    rig.GetText().SetValue("two");
+    EXPECT_GT(scope.GetCount(), 0) << "what was retired goes, though the text isn't new";
+}
+
+TEST(OutputObjects, ComeBackForALockThatAReaderHolds) {
+    CPluginTestFilter filter;
+    COutputObjects outputs(filter);
+    const auto& text = outputs.GetStrings().GetElement(0);
+    const auto publish = [&](bool force) {
+        return std::async(std::launch::async,
+                          [&, force] { return outputs.Publish(filter, nullptr, force); });
+    };
+    CActionCommand handler([&] { EXPECT_TRUE(publish(false).get()) << "no lock in events"; });
+    text.GetValueChangedEvent().AddCommand(handler);
+    DSP::CFilterProperties given;
+    given.SetDefaults(filter);
+    given.GetStrings().SetValue(0, "new");
+    filter.SetInputValues(given);
+    outputs.GetLock().Lock();
+    EXPECT_FALSE(publish(false).get());
+    auto forced = publish(true);
+    EXPECT_EQ(TakeText(text.GetValue()), "none");
+    outputs.GetLock().Unlock();
+    EXPECT_TRUE(forced.get());
+    EXPECT_EQ(TakeText(text.GetValue()), "new");
+    text.GetValueChangedEvent().RemoveCommand(handler);
 }
 
 TEST(Instance, UpdatesOutputsWhileTheHostDoesNotProcess) {
@@ -305,11 +373,14 @@ TEST(Instance, LeadsEditorAndModelThroughItsLife) {
         EXPECT_EQ(gui->m_Number, 5);
         // Nothing compares a curve, a surface or a property; then comes the filter's own state.
         EXPECT_EQ(stateChanged.m_Count, 5);
+        host.Prepare(48000.0, 64, false); // The outputs show the text.
         host->Shutdown();
         journal += "down ";
         host->Shutdown();
-        EXPECT_EQ(host->GetFilter(), nullptr);
-        EXPECT_FALSE(host.GetState().empty()) << "it can still be written";
+        // Readers that are late see defaults, and the state can still be written.
+        const auto& text = host->GetConnections().GetOutputStrings()->GetElement(0);
+        EXPECT_EQ(TakeText(text.GetValue()), "none");
+        EXPECT_FALSE(host.GetState().empty());
     }
     EXPECT_EQ(journal, "model-connect gui-connect "
                        "gui-suspend model-off model-reads gui-reads model-on gui-resume "

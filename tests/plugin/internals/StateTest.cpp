@@ -3,31 +3,58 @@
 #include "datamodel/Journal.h"
 #include "math/Constant.h"
 #include "plugin/TestHost.h"
+#include "plugin/presets/InputValuesSerializers.h"
 #include "serialization/history/HistoryManager.h"
 
 namespace Lathe::Audio::Plugin {
 namespace {
+
+using namespace Serialization;
+using namespace Serialization::Tests;
+using DataModel::Objects::IDynamicPropertyValue;
+
+// A document as one that holds only changes, to any depth.
+struct CChangesView : CXmlBaseDataObject {
+    explicit CChangesView(const IReadDataStream& document)
+        : CXmlBaseDataObject(dynamic_cast<const CXmlBaseDataObject&>(document)) {}
+    bool IsIncremental() const override { return true; }
+    bool ReadObject(const char* name, IDeSerialize& object) const override {
+        struct CInner : IDeSerialize {
+            explicit CInner(IDeSerialize& inner) : m_Inner(inner) {}
+            bool DeSerialize(const IReadDataStream& input) override {
+                return m_Inner.DeSerialize(CChangesView(input));
+            }
+            IDeSerialize& m_Inner;
+        } inner(object);
+        return CXmlBaseDataObject::ReadObject(name, inner);
+    }
+};
 
 class State : public testing::Test, protected SRig {
 protected:
     State() : SRig({.m_HasState = true}) { m_Host.Prepare(); }
 
     std::string GetName() { return TakeText(m_Host->GetCurrentPresetName()); }
-    // The numbers, the text, the curve and the filter's own state.
+    // The numbers, the text, the curve, the surface, the property and the filter's own state.
     std::string Show() {
-        auto& curve = Get().GetInputCurves()->GetElement(0);
-        const double y = std::unique_ptr<Math::IFunction>(curve.GetValue())->Evaluate(0.0);
+        const std::unique_ptr<Math::IFunction> curve(m_Curve.GetValue());
+        const std::unique_ptr<Math::IBinaryFunction> surface(m_Surface.GetValue());
+        const std::unique_ptr<IDynamicPropertyValue> property(m_Property.GetValue());
         std::ostringstream text;
         text << m_Host.GetParam(0) << ' ' << m_Host.GetParam(1) << ' '
-             << TakeText(GetText().GetValue()) << ' ' << y << ' ' << m_Filter->m_State;
+             << TakeText(GetText().GetValue()) << ' ' << curve->Evaluate(0.0) << ' '
+             << surface->Evaluate(0.0, 0.0) << ' '
+             << dynamic_cast<CTestProperty&>(*property).m_Number << ' ' << m_Filter->m_State;
         return text.str();
     }
     // Everything off its default.
     std::string Move() {
         m_Host.SetParam(0, 1.0);
         m_Host.SetParam(1, 1.75);
-        GetText().SetValue("moved");
-        Get().GetInputCurves()->GetElement(0).SetValue(Math::CConstantFunction(7.0));
+        GetText().SetValue("mo<\xc3\xa4> & \"v");
+        m_Curve.SetValue(Math::CConstantFunction(7.0));
+        m_Surface.SetValue(Math::CConstantBinaryFunction(8.0));
+        m_Property.SetValue(CTestProperty(6.0));
         m_Filter->m_State = 9;
         Get().GetMIDIInputDefault()->SetValue(false);
         Get().GetMIDIOutputDefault()->SetValue(false);
@@ -36,25 +63,39 @@ protected:
         return m_Host.GetState();
     }
     std::string PathOf(const char* preset) const { return m_Home.In("user/Presets/") + preset; }
+
+    DataModel::TICaptureObjectFactory<const Math::IFunction&, DSP::IConstCurveInfo>& m_Curve =
+        Get().GetInputCurves()->GetElement(0);
+    DataModel::TICaptureObjectFactory<const Math::IBinaryFunction&, DSP::IConstSurfaceInfo>&
+        m_Surface = Get().GetInputSurfaces()->GetElement(0);
+    DataModel::TICaptureObjectFactory<const IDynamicPropertyValue&, DSP::IConstCustomPropertyInfo>&
+        m_Property = Get().GetInputCustomProperties()->GetElement(0);
 };
 
-constexpr const char* Moved = "1 1.75 moved 7 9";
+constexpr const char* Moved = "1 1.75 mo<\xc3\xa4> & \"v 7 8 6 9";
 
 TEST_F(State, ComesBackWhole) {
-    const std::string before = m_Host.GetState();
+    ForEachStream([&](auto& stream, const auto& reload) {
+        Move();
+        ASSERT_TRUE(m_Host->SerializeState(stream));
+        reload();
+        m_Host->DeSerializeState(CMemDataObject());
+        EXPECT_EQ(Show(), "0 1 none 0 0 1 9") << "the filter's own state has no default";
+        m_Host->DeSerializeState(stream);
+        EXPECT_EQ(Show(), Moved);
+        m_Host->DeSerializeState(CChanges());
+        EXPECT_EQ(Show(), Moved);
+    });
     const std::string moved = Move();
-    ASSERT_TRUE(m_Host.SetState(before));
-    EXPECT_EQ(Show(), "0 1 none 0 0");
-    EXPECT_EQ(m_Host.GetState(), before);
+    ASSERT_TRUE(m_Host.SetState("<Preset/>"));
     ASSERT_TRUE(m_Host.SetState(moved));
-    EXPECT_EQ(Show(), Moved);
     EXPECT_EQ(m_Host.GetState(), moved);
     std::size_t place = 0;
     for (const char* key :
-         {"<Preset ", "version=\"4\"", "progName=\"Default Settings\"",
+         {"<Preset ", "version=\"4\"", "progName=\"Default",
           "MIDIInputDefault=", "MIDIOutputDefault=", "<MIDIInputSettings", "number=\"77\"",
           "<MIDIOutputSettings", "number=\"78\"", "<inputParams count=\"2\" p0=\"1\" p1=\"1.75\"",
-          "<inputStrings count=\"1\" s0=\"moved\"", "<inputCurves ", "<inputSurfaces ",
+          "<inputStrings count=\"1\" s0='mo&lt;", "<inputCurves ", "<inputSurfaces ",
           "<inputCustomProperties ", "<internalDSPState ", "<model", "<GUI"}) {
         place = moved.find(key, place);
         EXPECT_NE(place, std::string::npos) << key << " in " << moved;
@@ -64,9 +105,9 @@ TEST_F(State, ComesBackWhole) {
 TEST_F(State, OldAndForeignDocumentsGiveDefaults) {
     const std::string moved = Move();
     // Before version 3 only numbers are read, and before 4 the filter keeps its own state.
-    for (const auto& [version, result] : {std::pair("", "1 1.75 none 0 5"),
-                                          {"version=\"2\"", "1 1.75 none 0 5"},
-                                          {"version=\"3\"", "1 1.75 moved 7 5"}}) {
+    for (const auto& [version, result] : {std::pair("", "1 1.75 none 0 0 1 5"),
+                                          {"version=\"2\"", "1 1.75 none 0 0 1 5"},
+                                          {"version=\"3\"", "1 1.75 mo<\xc3\xa4> & \"v 7 8 6 5"}}) {
         Move();
         m_Filter->m_State = 5;
         std::string text = moved;
@@ -74,8 +115,60 @@ TEST_F(State, OldAndForeignDocumentsGiveDefaults) {
         EXPECT_EQ(Show(), result);
     }
     ASSERT_TRUE(m_Host.SetState("<Something else=\"1\"><other/></Something>"));
-    EXPECT_EQ(Show(), "0 1 none 0 5"); // The filter's own state has no default.
+    EXPECT_EQ(Show(), "0 1 none 0 0 1 5"); // The filter's own state has no default.
     EXPECT_EQ(GetName(), "Default");
+}
+
+TEST_F(State, NumbersAreFiniteAndInRange) {
+    // What is stored, and what it becomes of 0.5.
+    const double cases[][2] = {{0.75, 0.75}, {7.0, 2.0},      {-1e300, 0.0},
+                               {NAN, 1.0},   {INFINITY, 1.0}, {-INFINITY, 1.0}};
+    CInputParamsDeSerializer reader(m_Host.m_Inputs);
+    for (const auto& [stored, result] : cases) {
+        SCOPED_TRACE(stored);
+        CMemDataObject stream;
+        CChanges changes;
+        EXPECT_TRUE(WriteValue(stream, "p1", stored) && WriteValue(changes, "p1", stored));
+        EXPECT_TRUE(WriteValue(stream, "p0", 1) && WriteValue(stream, "count", 2000000000));
+        m_Host.SetParam(1, 0.5);
+        EXPECT_TRUE(reader.DeSerialize(changes));
+        EXPECT_EQ(m_Host.GetParam(1), std::isfinite(stored) ? result : 0.5);
+        EXPECT_EQ(reader.DeSerialize(stream), std::isfinite(stored));
+        EXPECT_EQ(m_Host.GetParam(1), result);
+    }
+}
+
+TEST_F(State, ObjectsOfUnknownClassOrNoneGetTheDefault) {
+    const std::string known = std::string("<obj0 isNull='0' type='") + CTestProperty::ClassId() +
+                              "'><content number='7'/></obj0>";
+    // What 5 becomes, with the default 1, in a full stream and in one of changes, where "v" tells
+    // of a write.
+    const std::tuple<std::string, const char*, const char*> cases[] = {
+        {known, "v7 reads", "v7 reads"},
+        {known.substr(0, known.find("<content")) + "</obj0>", "v1 fails", "5 fails"},
+        {"<obj0 isNull='0' type='?'><content number='7'/></obj0>", "v1 fails", "5 fails"},
+        {"<obj0 isNull='1'/>", "v1 reads", "v1 reads"},
+        {"<obj0><content number='7'/></obj0>", "v1 fails", "v7 reads"},
+        {"<obj0><content/></obj0>", "v1 fails", "v5 reads"},
+        {"<obj1 isNull='1'/>", "v1 fails", "5 reads"}};
+    CInputCustomPropertiesDeSerializer reader(*Get().GetInputCustomProperties());
+    DataModel::CJournal journal(m_Property);
+    for (const auto& [object, full, incremental] : cases) {
+        SCOPED_TRACE(object);
+        CXmlDataObject document("Root");
+        ASSERT_TRUE(Parse(document, "<r count='-1' obj0='3'>" + object + "</r>"));
+        const CChangesView changes(document);
+        for (const char* expected : {full, incremental}) {
+            m_Property.SetValue(CTestProperty(5.0));
+            journal.Take();
+            const bool reads =
+                expected == full ? reader.DeSerialize(document) : reader.DeSerialize(changes);
+            const std::unique_ptr<IDynamicPropertyValue> value(m_Property.GetValue());
+            std::ostringstream text;
+            text << journal.Take() << dynamic_cast<CTestProperty&>(*value).m_Number;
+            EXPECT_EQ(text.str() + (reads ? " reads" : " fails"), expected);
+        }
+    }
 }
 
 // Each is refused or falls to defaults, and audio goes on.
@@ -109,7 +202,7 @@ TEST_F(State, SurvivesHostileDocuments) {
 }
 
 TEST_F(State, UndoGoesBackStepByStepAndTouchesNothingElse) {
-    Serialization::IHistoryManager& history = m_Host->GetHistory();
+    IHistoryManager& history = m_Host->GetHistory();
     history.UpdateCurrentState();
     m_Host.SetParam(1, 0.5);
     history.RecordState();
@@ -118,15 +211,15 @@ TEST_F(State, UndoGoesBackStepByStepAndTouchesNothingElse) {
     history.RecordState(); // Nothing has moved since.
     DataModel::CJournal journal(m_Host.m_Inputs[1]);
     history.Undo();
-    EXPECT_EQ(Show(), "0 0.5 none 0 0");
+    EXPECT_EQ(Show(), "0 0.5 none 0 0 1 0");
     EXPECT_EQ(journal.Take(), "");
     history.Undo();
-    EXPECT_EQ(Show(), "0 1 none 0 0");
+    EXPECT_EQ(Show(), "0 1 none 0 0 1 0");
     EXPECT_EQ(journal.Take(), "bve");
     EXPECT_FALSE(history.CanUndo());
     history.Redo();
     history.Redo();
-    EXPECT_EQ(Show(), "0 0.5 second 0 0");
+    EXPECT_EQ(Show(), "0 0.5 second 0 0 1 0");
     EXPECT_FALSE(history.CanRedo());
 }
 
