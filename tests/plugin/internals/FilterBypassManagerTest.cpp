@@ -50,22 +50,18 @@ public:
             if (fadesInput || fadesOutput)
                 m_Position = std::clamp(m_Position + (m_IsActive ? m_Step : -m_Step), 0.0, 1.0);
         }
-        if ((fadesInput || fadesOutput) && (m_Position < 1e-6 || m_Position > 1.0 - 1e-6))
-            EndRamp(block.m_Silent);
+        if ((fadesInput || fadesOutput) && (m_Position < 1e-6 || m_Position > 1.0 - 1e-6)) {
+            const bool isLast = m_State == (m_IsActive ? 1 : 0);
+            m_State = isLast || block.m_Silent ? 2 : 1 - m_State;
+            m_Position = m_IsActive ? 0.0 : 1.0;
+        }
     }
 
 private:
-    void EndRamp(bool silent) {
-        const bool isLast = m_State == (m_IsActive ? 1 : 0);
-        m_State = isLast || silent ? 2 : 1 - m_State;
-        m_Position = m_IsActive ? 0.0 : 1.0;
-    }
-
     std::size_t m_Latency;
     double m_Step;
     // All samples so far, behind as many zeros as the latency.
-    std::vector<double> m_Dry;
-    std::vector<double> m_Fed;
+    std::vector<double> m_Dry, m_Fed;
     int m_State = 2;
     double m_Position = 1.0;
     bool m_IsActive = true;
@@ -100,11 +96,9 @@ protected:
             m_Manager.SetBypass(block.m_Bypass);
             const CProcessIO io{
                 .m_pInputs = &inputs, .m_pOutputs = &outputs, .m_SamplesCount = block.m_Samples};
-            bool hasSignal = true;
-            if (block.m_Silent)
-                hasSignal = m_Manager.ProcessSilence(io);
-            else
+            if (!block.m_Silent)
                 m_Manager.Process(io);
+            const bool hasSignal = !block.m_Silent || m_Manager.ProcessSilence(io);
             EXPECT_EQ(scope.GetCount(), 0);
             for (int i = 0; !hasSignal && i < block.m_Samples; ++i)
                 EXPECT_EQ(outputs.At(1, first + i), 0.0f) << "said to hold zeros";

@@ -129,7 +129,7 @@ TEST_F(State, NumbersAreFiniteAndInRange) {
         CMemDataObject stream;
         CChanges changes;
         EXPECT_TRUE(WriteValue(stream, "p1", stored) && WriteValue(changes, "p1", stored));
-        EXPECT_TRUE(WriteValue(stream, "p0", 1) && WriteValue(stream, "count", 2000000000));
+        EXPECT_TRUE(WriteValue(stream, "p0", 1.0) && WriteValue(stream, "count", 2000000000));
         m_Host.SetParam(1, 0.5);
         EXPECT_TRUE(reader.DeSerialize(changes));
         EXPECT_EQ(m_Host.GetParam(1), std::isfinite(stored) ? result : 0.5);
@@ -263,9 +263,6 @@ TEST_F(State, TheUsersDefaultIsWhatAnInstanceStartsFrom) {
     m_Host.SetParam(1, 0.125);
     ASSERT_TRUE(m_Host->SaveAsDefault());
     EXPECT_EQ(GetName(), "Default");
-    m_Host.SetParam(1, 2.0);
-    m_Host->LoadDefault();
-    EXPECT_EQ(m_Host.GetParam(1), 0.125);
     m_Host.SetParam(1, 2.0);
     for (const bool reset : {false, true}) {
         m_Host.Prepare(48000.0, 512, reset);

@@ -167,7 +167,7 @@ TEST_F(AudioPluginSettings, AreLoadedOnceAndSharedByThreads) {
             settings.GetInputCCSettings(list);
             EXPECT_EQ(list[0].GetChannel(), list[1].GetChannel()); // Never half of each thread's.
             settings.SetSkinFile(channel == 1 ? "/short" : "/much/longer/than/that/other/one");
-            delete[] settings.GetSkinFile();
+            TakeText(settings.GetSkinFile());
             settings.Save();
         }
     };
