@@ -224,13 +224,22 @@ TEST(Instance, FreesWhatNoBlockHoldsWithTheNextWriteOrTick) {
     EXPECT_GT(scope.GetCount(), 0) << "what was retired goes, though the text isn't new";
 }
 
+struct CCountingLock : System::CCriticalSection {
+    void Lock() override {
+        CCriticalSection::Lock();
+        ++m_Count;
+    }
+    int m_Count = 0;
+};
+
 TEST(OutputObjects, ComeBackForALockThatAReaderHolds) {
     CPluginTestFilter filter;
     COutputObjects outputs(filter);
+    CCountingLock processLock;
     const auto& text = outputs.GetStrings().GetElement(0);
     const auto publish = [&](bool force) {
         return std::async(std::launch::async,
-                          [&, force] { return outputs.Publish(filter, nullptr, force); });
+                          [&, force] { return outputs.Publish(filter, &processLock, force); });
     };
     CActionCommand handler([&] { EXPECT_TRUE(publish(false).get()) << "no lock in events"; });
     text.GetValueChangedEvent().AddCommand(handler);
@@ -245,6 +254,7 @@ TEST(OutputObjects, ComeBackForALockThatAReaderHolds) {
     outputs.GetLock().Unlock();
     EXPECT_TRUE(forced.get());
     EXPECT_EQ(TakeText(text.GetValue()), "new");
+    EXPECT_EQ(processLock.m_Count, 2) << "around the filter, for the forced one and its event's";
     text.GetValueChangedEvent().RemoveCommand(handler);
 }
 

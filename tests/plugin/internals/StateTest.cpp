@@ -34,12 +34,15 @@ class State : public testing::Test, protected SRig {
 protected:
     State() : SRig({.m_HasState = true}) { m_Host.Prepare(); }
 
+    auto& GetCurve() { return Get().GetInputCurves()->GetElement(0); }
+    auto& GetSurface() { return Get().GetInputSurfaces()->GetElement(0); }
+    auto& GetProperty() { return Get().GetInputCustomProperties()->GetElement(0); }
     std::string GetName() { return TakeText(m_Host->GetCurrentPresetName()); }
     // The numbers, the text, the curve, the surface, the property and the filter's own state.
     std::string Show() {
-        const std::unique_ptr<Math::IFunction> curve(m_Curve.GetValue());
-        const std::unique_ptr<Math::IBinaryFunction> surface(m_Surface.GetValue());
-        const std::unique_ptr<IDynamicPropertyValue> property(m_Property.GetValue());
+        const std::unique_ptr<Math::IFunction> curve(GetCurve().GetValue());
+        const std::unique_ptr<Math::IBinaryFunction> surface(GetSurface().GetValue());
+        const std::unique_ptr<IDynamicPropertyValue> property(GetProperty().GetValue());
         std::ostringstream text;
         text << m_Host.GetParam(0) << ' ' << m_Host.GetParam(1) << ' '
              << TakeText(GetText().GetValue()) << ' ' << curve->Evaluate(0.0) << ' '
@@ -52,9 +55,9 @@ protected:
         m_Host.SetParam(0, 1.0);
         m_Host.SetParam(1, 1.75);
         GetText().SetValue("mo<\xc3\xa4> & \"v");
-        m_Curve.SetValue(Math::CConstantFunction(7.0));
-        m_Surface.SetValue(Math::CConstantBinaryFunction(8.0));
-        m_Property.SetValue(CTestProperty(6.0));
+        GetCurve().SetValue(Math::CConstantFunction(7.0));
+        GetSurface().SetValue(Math::CConstantBinaryFunction(8.0));
+        GetProperty().SetValue(CTestProperty(6.0));
         m_Filter->m_State = 9;
         Get().GetMIDIInputDefault()->SetValue(false);
         Get().GetMIDIOutputDefault()->SetValue(false);
@@ -63,13 +66,6 @@ protected:
         return m_Host.GetState();
     }
     std::string PathOf(const char* preset) const { return m_Home.In("user/Presets/") + preset; }
-
-    DataModel::TICaptureObjectFactory<const Math::IFunction&, DSP::IConstCurveInfo>& m_Curve =
-        Get().GetInputCurves()->GetElement(0);
-    DataModel::TICaptureObjectFactory<const Math::IBinaryFunction&, DSP::IConstSurfaceInfo>&
-        m_Surface = Get().GetInputSurfaces()->GetElement(0);
-    DataModel::TICaptureObjectFactory<const IDynamicPropertyValue&, DSP::IConstCustomPropertyInfo>&
-        m_Property = Get().GetInputCustomProperties()->GetElement(0);
 };
 
 constexpr const char* Moved = "1 1.75 mo<\xc3\xa4> & \"v 7 8 6 9";
@@ -152,18 +148,18 @@ TEST_F(State, ObjectsOfUnknownClassOrNoneGetTheDefault) {
         {"<obj0><content/></obj0>", "v1 fails", "v5 reads"},
         {"<obj1 isNull='1'/>", "v1 fails", "5 reads"}};
     CInputCustomPropertiesDeSerializer reader(*Get().GetInputCustomProperties());
-    DataModel::CJournal journal(m_Property);
+    DataModel::CJournal journal(GetProperty());
     for (const auto& [object, full, incremental] : cases) {
         SCOPED_TRACE(object);
         CXmlDataObject document("Root");
         ASSERT_TRUE(Parse(document, "<r count='-1' obj0='3'>" + object + "</r>"));
         const CChangesView changes(document);
         for (const char* expected : {full, incremental}) {
-            m_Property.SetValue(CTestProperty(5.0));
+            GetProperty().SetValue(CTestProperty(5.0));
             journal.Take();
             const bool reads =
                 expected == full ? reader.DeSerialize(document) : reader.DeSerialize(changes);
-            const std::unique_ptr<IDynamicPropertyValue> value(m_Property.GetValue());
+            const std::unique_ptr<IDynamicPropertyValue> value(GetProperty().GetValue());
             std::ostringstream text;
             text << journal.Take() << dynamic_cast<CTestProperty&>(*value).m_Number;
             EXPECT_EQ(text.str() + (reads ? " reads" : " fails"), expected);
