@@ -87,6 +87,7 @@ public:
         if (m_HadVariations)
             m_Internals.CommitVariations();
         TakeOutputs();
+        m_Internals.EndBlock();
     }
     // One control change, before a block.
     bool Control(int channel, int number, int value) LATHE_REALTIME {
@@ -98,6 +99,9 @@ public:
         m_Internals.GetMIDIController().GetLastMessage().Set(m_Message, true);
         return true;
     }
+
+    // What the instance reads of the host goes first.
+    ~CTestHost() { m_Internals.Shutdown(); }
 
     CAudioPluginInternals* operator->() { return &m_Internals; }
     std::string GetState() const {

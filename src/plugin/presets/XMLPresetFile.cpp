@@ -29,8 +29,9 @@ CXMLPresetFile::CXMLPresetFile(const std::filesystem::path& path, int index, IPr
 void CXMLPresetFile::Apply() {
     if (!m_Owner)
         return;
-    m_Owner->SetCurrentPreset(m_Index, GetName());
-    m_Owner->LoadPreset(m_Path.c_str());
+    const CXMLPresetFile self(*this);
+    self.m_Owner->SetCurrentPreset(self.m_Index, self.GetName());
+    self.m_Owner->LoadPreset(self.m_Path.c_str());
 }
 
 } // namespace Lathe::Audio::Plugin

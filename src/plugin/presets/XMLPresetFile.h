@@ -25,6 +25,7 @@ public:
     CXMLPresetFile(const std::filesystem::path& path, int index, IPresetOwner& owner);
 
     const char* GetName() const override { return m_Name.GetText(); }
+    // The preset itself may be gone when this returns: whoever hears of it may refresh the lists.
     void Apply() override;
     CXMLPresetFile* Clone() const override { return new CXMLPresetFile(*this); }
 
