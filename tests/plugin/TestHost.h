@@ -44,6 +44,13 @@ struct THostParams : CoreUtilities::TCollection<TParam, I> {
     }
 };
 
+// A host's object may hold anything.
+struct CUnlimitedParam : DataModel::Objects::CMTCaptureParam {
+    double GetValue() const override { return m_Any; }
+    void SetValue(double value) override { m_Any = value; }
+    double m_Any = 0.0;
+};
+
 class CTestHost {
 public:
     static constexpr int s_MaxFrames = 512;

@@ -59,15 +59,11 @@ TEST(Instance, ABlockSeesTheTextThatIsNew) {
     }
 }
 
-// A host's object may hold anything.
-struct CNaNParam : DataModel::Objects::CMTCaptureParam {
-    double GetValue() const override { return NAN; }
-};
-
 TEST(Instance, NaNIsNoChangeOfAParameter) {
     SRig rig;
-    THostParams<DataModel::Objects::ICaptureParam, CNaNParam> params(
+    THostParams<DataModel::Objects::ICaptureParam, CUnlimitedParam> params(
         rig.m_Host->GetInputParamInfos());
+    params[1].SetValue(NAN);
     rig.m_Host->ConnectHost(params, rig.m_Host.m_Outputs, nullptr, nullptr);
     rig.m_Host.Prepare(48000.0, 64, false);
     EXPECT_EQ(rig.m_Host->GetPropertiesVariations(64), nullptr);

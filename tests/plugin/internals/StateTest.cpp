@@ -119,18 +119,20 @@ TEST_F(State, NumbersAreFiniteAndInRange) {
     // What is stored, and what it becomes of 0.5.
     const double cases[][2] = {{0.75, 0.75}, {7.0, 2.0},      {-1e300, 0.0},
                                {NAN, 1.0},   {INFINITY, 1.0}, {-INFINITY, 1.0}};
-    CInputParamsDeSerializer reader(m_Host.m_Inputs);
+    THostParams<DataModel::Objects::ICaptureParam, CUnlimitedParam> params(
+        m_Host->GetInputParamInfos());
+    CInputParamsDeSerializer reader(params);
     for (const auto& [stored, result] : cases) {
         SCOPED_TRACE(stored);
         CMemDataObject stream;
         CChanges changes;
         EXPECT_TRUE(WriteValue(stream, "p1", stored) && WriteValue(changes, "p1", stored));
         EXPECT_TRUE(WriteValue(stream, "p0", 1.0) && WriteValue(stream, "count", 2000000000));
-        m_Host.SetParam(1, 0.5);
+        params[1].SetValue(0.5);
         EXPECT_TRUE(reader.DeSerialize(changes));
-        EXPECT_EQ(m_Host.GetParam(1), std::isfinite(stored) ? result : 0.5);
+        EXPECT_EQ(params[1].GetValue(), std::isfinite(stored) ? result : 0.5);
         EXPECT_EQ(reader.DeSerialize(stream), std::isfinite(stored));
-        EXPECT_EQ(m_Host.GetParam(1), result);
+        EXPECT_EQ(params[1].GetValue(), result);
     }
 }
 
