@@ -8,6 +8,9 @@
 #include "core/threads/TimerSerializer.h"
 #include "core/threads/TimerWithThreadSynchronization.h"
 
+#include <atomic>
+#include <thread>
+
 using namespace Lathe::Core;
 using namespace Lathe::System;
 
@@ -48,7 +51,7 @@ TEST(TimerSerializerTest, TicksAtTheDivisorOfTheRoundedPeriods) {
         {{100, 51}, {100, 60}, 20},
         {{90, 30, 60}, {90, 30, 60}, 30},
         {{11, 10}, {20, 10}, 10},
-        {{2147483647}, {2147483640}, 2147483640},
+        {{2147483647, 2147483639, 2147483631}, {2147483640, 2147483640, 2147483640}, 2147483640},
     };
     for (const auto& [given, rounded, tick] : cases) {
         SSerializer test;
@@ -226,6 +229,25 @@ TEST(TimerCommandAdapterTest, GathersCallsUpToTheTick) {
         EXPECT_TRUE(command->TakeCount() == 1 && adapter.GetRefreshTime() == 10);
     }
     EXPECT_TRUE(time.GetCount() == 0 && CTracked::s_Alive == 0);
+}
+
+TEST(TimerCommandAdapterTest, TheTickSeesWhatEachCallerDid) {
+    CManualTimerProvider time;
+    int first = 0, second = 0; // The thread sanitizer sees one that the calls don't hand over.
+    CActionCommand command([&] { EXPECT_TRUE(first == 1 && second == 2); });
+    CTimerCommandAdapter adapter(&time, &command, false);
+    std::atomic<int> called{0};
+    const auto call = [&](int& data, int value) {
+        while (called.load(std::memory_order_relaxed) != value - 1)
+            std::this_thread::yield();
+        data = value;
+        adapter.Execute();
+        called.store(value, std::memory_order_relaxed);
+    };
+    std::jthread one([&] { call(first, 1); }), other([&] { call(second, 2); });
+    while (called.load(std::memory_order_relaxed) != 2)
+        std::this_thread::yield();
+    time.Advance(50);
 }
 
 TEST(ThreadInvokerSerializerTest, QueuesUpToTheTick) {
