@@ -22,8 +22,14 @@ public:
     // Lets the time pass in steps of a millisecond.
     void Advance(int milliseconds) {
         for (; milliseconds > 0; --milliseconds)
-            for (const STimer& present : std::vector(m_Timers))
-                Step(present.m_Command);
+            for (const STimer& present : std::vector(m_Timers)) {
+                const auto timer =
+                    std::ranges::find(m_Timers, present.m_Command, &STimer::m_Command);
+                if (timer == m_Timers.end() || ++timer->m_Elapsed < timer->m_Period)
+                    continue;
+                timer->m_Elapsed = 0;
+                present.m_Command->Execute();
+            }
     }
     int GetCount() const { return static_cast<int>(m_Timers.size()); }
 
@@ -32,14 +38,6 @@ private:
         Lathe::Core::ICommand* m_Command;
         int m_Period, m_Elapsed;
     };
-
-    void Step(Lathe::Core::ICommand* command) {
-        const auto timer = std::ranges::find(m_Timers, command, &STimer::m_Command);
-        if (timer == m_Timers.end() || ++timer->m_Elapsed < timer->m_Period)
-            return;
-        timer->m_Elapsed = 0;
-        command->Execute();
-    }
 
     std::vector<STimer> m_Timers;
 };

@@ -147,7 +147,6 @@ TEST(TimerCommandAdapterTest, GathersCallsUpToTheTick) {
         time.Advance(49);
         EXPECT_EQ(runs, 0);
         time.Advance(51);
-        EXPECT_EQ(runs, 1);
         adapter.SetEnabled(false);
         adapter.Execute();
         time.Advance(50);
