@@ -165,9 +165,11 @@ TEST(MessageLoopTest, RunsMessagesInOrderOnTheThreadOfTheProcess) {
     loop.Invoke(nullptr, true);
     loop.Post(nullptr, true);
     loop.AddTimer(0, nullptr);
-    const auto captured = std::make_shared<int>();
-    Call(loop, [&, captured] { log += thread == std::this_thread::get_id() ? 'f' : '-'; });
-    EXPECT_EQ(captured.use_count(), 1) << "the command goes before the caller goes on";
+    bool gone = false;
+    std::shared_ptr<void> held(nullptr, [&gone](void*) { YieldOften(), gone = true; });
+    Call(loop,
+         [&, held = std::move(held)] { log += thread == std::this_thread::get_id() ? 'f' : '-'; });
+    EXPECT_TRUE(gone) << "the command goes before the caller goes on";
     EXPECT_EQ(log, "abcef") << "invoked within at once, posted within behind";
     EXPECT_NE(thread, std::this_thread::get_id());
 }
@@ -260,6 +262,7 @@ TEST(ThreadedTimerTest, KeepsItsTimersWhileItIsOff) {
         timer.SetEnabled(false); // What was posted before this runs before the next call.
         Call(invoker, [&] { EXPECT_EQ(thread, std::this_thread::get_id()); });
         ran.Reset();
+        YieldOften();
         Call(invoker, [] {});
         EXPECT_TRUE(!ran.IsSignaled() && !timer.GetEnabled() && changes == 2 * round);
     }
