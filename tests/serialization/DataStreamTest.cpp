@@ -143,7 +143,7 @@ TEST(MemDataObject, LoadsTheItemsThatAreThereAndRefusesWhatDoesNotFitTheirType) 
 
 TEST(MemDataObject, TakesChangesItemByItem) {
     CMemDataObject object;
-    for (const char* name : {"c", "b", "a"})
+    for (const char* name : {"b", "a", "c"})
         WriteValue(object, name, 7);
     TChanges<CXmlDataObject> changes("Root");
     ASSERT_TRUE(Parse(changes, "<r ItemName1='d'><Item0 type='2' value='AQAAAA=='/></r>"));

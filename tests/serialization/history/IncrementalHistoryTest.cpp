@@ -37,11 +37,11 @@ struct CNode : ISerializable {
             m_State.m_Values[m_Index] = value;
             ++m_State.m_WriteCount;
         }
+        if (m_Index == 0) // The rest is still to be read.
+            m_State.m_OnRead();
         for (CNode& child : GetChildren())
             EXPECT_TRUE(ReadObjectOrKeep(input, child.m_Index % 2 ? "left" : "right", child));
         m_State.m_WasIncremental = input.IsIncremental(); // At last that of the outermost.
-        if (m_Index == 0)
-            m_State.m_OnRead();
         return true;
     }
     std::vector<CNode> GetChildren() const {
@@ -148,6 +148,7 @@ TEST_F(CHistoryTest, KeepsAsManyStatesAsItIsTold) {
             m_History.Undo();
         EXPECT_EQ(m_State.m_Values[0], value - std::max(maxSteps - 1, 0));
         EXPECT_FALSE(m_History.CanUndo());
+        m_History.UpdateCurrentState(); // The state before it is gone.
         while (m_History.CanRedo())
             m_History.Redo();
     }
