@@ -2,12 +2,14 @@
 // MIDI and the timers do, and what the editor and the model are told.
 #include "core/threads/ManualTime.h"
 #include "datamodel/Journal.h"
+#include "dsp/PluginsFilters/DualCairnEQ.h"
 #include "math/Constant.h"
 #include "plugin/TestHost.h"
 #include "plugin/interfaces/AudioPluginModel.h"
 #include "plugin/interfaces/PluginGUI.h"
 #include "support/AllocationCounter.h"
 
+#include <cmath>
 #include <future>
 
 namespace Lathe::Audio::Plugin {
@@ -103,13 +105,43 @@ TEST(Instance, KeepsItsRoomWhenTheHostNoLongerTellsABlockSize) {
     SRig rig;
     rig.m_Filter->SetLatency(32);
     rig.m_Host.Prepare(44100.0, 256);
+    DataModel::CJournal journal(rig.Get().GetOutputStrings()->GetElement(0));
     rig.m_Host.Prepare(96000.0, -1, false);
     EXPECT_EQ(rig.m_Filter->m_InitInfo.m_MaxBlockSize, 256);
     EXPECT_EQ(rig.Get().GetMaxBlockSize()->GetValue(), 0.0);
+    EXPECT_EQ(journal.Take(), "v") << "the filter is given everything anew";
     rig.m_Host.SetParam(0, 1.0); // Bypass takes the scratch buffers.
     const CAllocationScope allocations;
     rig.m_Host.Block(256);
     EXPECT_EQ(allocations.GetCount(), 0);
+}
+
+TEST(Instance, FadesToTheDrySignalInTenMilliseconds) {
+    SRig rig;
+    rig.m_Filter->SetLatency(100);
+    rig.m_Host.Prepare(44100.0);
+    rig.m_Host.SetParam(1, 2.0);
+    rig.m_Host.Block(512);
+    rig.m_Host.SetParam(0, 1.0);
+    rig.m_Host.Block(512);
+    const auto& fade = rig.m_Host.m_OutputSamples[0];
+    for (std::size_t i = 1; i < fade.size(); ++i)
+        EXPECT_TRUE(fade[i] <= fade[i - 1] && fade[i] > fade[i - 1] - 0.002f) << i;
+    EXPECT_GT(fade[439], 0.5f);
+    EXPECT_EQ(fade[442], 0.5f);
+}
+
+TEST(Instance, TheEqualiserHearsItsParameters) {
+    const CTemporaryHome home;
+    CTestHost host(std::make_unique<PluginsFilters::CDualCairnEQ>());
+    host.Connect();
+    host.Prepare();
+    host.SetParam(2, -6.0); // The pre-gain of the left channel.
+    host.Block();
+    host.Block();
+    EXPECT_FALSE(host.m_HadVariations);
+    EXPECT_NEAR(host.m_OutputSamples[0][10], 0.5 * std::pow(10.0, -0.3), 1e-6);
+    EXPECT_EQ(host.m_OutputSamples[1][10], 0.5f);
 }
 
 TEST(Instance, TellsCustomPropertiesHowAudioRuns) {
@@ -277,6 +309,11 @@ TEST(Instance, UpdatesOutputsWhileTheHostDoesNotProcess) {
         timers.Advance(100);
     }
     EXPECT_EQ(updated.m_Count, 0);
+    // So it does while one is held up.
+    rig.m_Host->GetPropertiesVariations(64);
+    timers.Advance(3000);
+    EXPECT_EQ(updated.m_Count, 0);
+    rig.m_Host->EndBlock();
     timers.Advance(2000);
     EXPECT_GT(updated.m_Count, 0);
     rig.m_Host->Shutdown();

@@ -318,9 +318,9 @@ TEST(MIDICCMessageTimerProxy, TellsOncePerTickWhateverTheAudioThreadSends) {
                 Send(message, 16, i / 128, i % 128, true);
         });
         for (int i = 0; i < 200; ++i)
-            timers.Fire();
+            timers.Advance(50);
         audio.join();
-        timers.Fire();
+        timers.Advance(50);
         EXPECT_EQ(proxy.GetNumber() * 128 + proxy.GetValue(), 2000);
         journal.Take();
         for (const char* events : {"cr", "r"}) {
