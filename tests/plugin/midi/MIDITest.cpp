@@ -318,9 +318,9 @@ TEST(MIDICCMessageTimerProxy, TellsOncePerTickWhateverTheAudioThreadSends) {
                 Send(message, 16, i / 128, i % 128, true);
         });
         for (int i = 0; i < 200; ++i)
-            timers.Advance(50);
+            timers.Advance(20);
         audio.join();
-        timers.Advance(50);
+        timers.Advance(20);
         EXPECT_EQ(proxy.GetNumber() * 128 + proxy.GetValue(), 2000);
         journal.Take();
         for (const char* events : {"cr", "r"}) {
