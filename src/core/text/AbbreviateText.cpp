@@ -15,8 +15,7 @@ bool IsLowerCase(char c) {
 // But no round brackets.
 bool IsRemovablePunctuation(char c) {
     const bool isGraphic = c > ' ' && c < '\x7F';
-    const bool isLetterOrDigit =
-        IsLowerCase(c) || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    const bool isLetterOrDigit = IsLowerCase(c) || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
     return isGraphic && !isLetterOrDigit && c != '(' && c != ')';
 }
 
@@ -43,8 +42,8 @@ public:
             RemoveFromWords(0, 0, [](const std::string& word, std::size_t i) {
                 return IsRemovablePunctuation(word[i]);
             });
-        RemoveFromWords(
-            1, 0, [](const std::string& word, std::size_t i) { return IsVowel(word[i]); });
+        RemoveFromWords(1, 0,
+                        [](const std::string& word, std::size_t i) { return IsVowel(word[i]); });
         RemoveFromWords(1, 0, [this](const std::string& word, std::size_t i) {
             return word[i] == word[i - 1] && IsRemovable(word[i]);
         });

@@ -187,7 +187,8 @@ bool ReadMapping(CAudioPluginInternals& internals, const CFields& fields, SMappi
     const int outputs = internals.GetOutputParamInfos().GetCount();
     int control = 0;
     if (!ReadNumber(fields[0], 1, inputs + outputs, control))
-        return mapping.Fail("control", fields[0], "a number from 1 to " + std::to_string(inputs + outputs));
+        return mapping.Fail("control", fields[0],
+                            "a number from 1 to " + std::to_string(inputs + outputs));
     mapping.m_IsOutput = control > inputs;
     mapping.m_Param = mapping.m_IsOutput ? control - inputs - 1 : control - 1;
     if (!ReadNumber(fields[1], 0, MaxController, mapping.m_Number))

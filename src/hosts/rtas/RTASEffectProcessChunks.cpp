@@ -54,7 +54,8 @@ long CRTASEffectProcess::GetChunk(std::uint32_t code, SChunkRecord* record) {
     if (code != m_PluginStateChunkID)
         return CProcess::GetChunk(code, record);
     std::string text;
-    if (MakeStateText(text)) {
+    // The state may have grown since the host asked for its size.
+    if (MakeStateText(text) && GetRecordSize(text) <= record->m_Size) {
         record->m_Size = static_cast<std::int32_t>(GetRecordSize(text));
         std::memcpy(record + 1, text.c_str(), text.size() + 1);
     }

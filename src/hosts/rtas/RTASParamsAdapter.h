@@ -18,8 +18,7 @@ class TRTASParamsAdapter
 public:
     // Once. There are as many settings as descriptions; the settings and the process outlive this.
     void Setup(CProcess* process, const Lathe::Audio::DSP::IConstParamInfos& infos,
-               const Lathe::Audio::Plugin::IConstMIDICCSettings& settings,
-               int firstControlNumber) {
+               const Lathe::Audio::Plugin::IConstMIDICCSettings& settings, int firstControlNumber) {
         this->SetCount(infos.GetCount());
         for (int i = 0; i < infos.GetCount(); ++i)
             (*this)[i].Setup(process, infos.GetElement(i), settings.GetElement(i),

@@ -82,8 +82,7 @@ bool CRTASPluginControl::IsContinuous() const {
 
 void CRTASPluginControl::GetValueString(char* text, long length, long value) const {
     const IConstParamInfo& info = m_Adapter->GetInfo();
-    const std::unique_ptr<char[]> number(
-        info.GetValueToText().ToText(m_Adapter->FromHost(value)));
+    const std::unique_ptr<char[]> number(info.GetValueToText().ToText(m_Adapter->FromHost(value)));
     std::string result = number ? number.get() : "";
     if (const char* unit = info.GetUnit(); unit && *unit)
         result.append(" ").append(unit);

@@ -22,10 +22,10 @@ constexpr int ShortLengths[] = {16, 12, 8, 4};
 using Replacement = std::pair<const char*, const char*>;
 
 // In order, each over the whole text.
-constexpr Replacement NameReplacements[] = {{" (Stereo)", ""}, {" (Mono)", " M"},
+constexpr Replacement NameReplacements[] = {{" (Stereo)", ""},    {" (Mono)", " M"},
                                             {" (Dual)", " Dual"}, {"(Stereo)", ""},
                                             {"(Mono)", " M"},     {"(Dual)", " Dual"}};
-constexpr Replacement ShortNameReplacements[] = {{" (Stereo)", ""}, {" (Mono)", ""},
+constexpr Replacement ShortNameReplacements[] = {{" (Stereo)", ""},    {" (Mono)", ""},
                                                  {" (Dual)", " Dual"}, {"(Stereo)", ""},
                                                  {"(Mono)", ""},       {"(Dual)", " Dual"}};
 
@@ -51,9 +51,8 @@ constexpr SCategory Categories[] = {{1, 0x2},  {2, 0x2000}, {3, 0x1},  {4, 0x200
 constexpr long NoStem = -100;
 constexpr int FamilyCount = 2;
 // By the number of channels. The second family has other layouts of as many channels.
-constexpr long Stems[FamilyCount][9] = {
-    {-1, 0, 1, 2, 3, 5, 6, 8, 10},
-    {NoStem, NoStem, NoStem, NoStem, 4, NoStem, 7, 9, NoStem}};
+constexpr long Stems[FamilyCount][9] = {{-1, 0, 1, 2, 3, 5, 6, 8, 10},
+                                        {NoStem, NoStem, NoStem, NoStem, 4, NoStem, 7, 9, NoStem}};
 
 long GetStem(int family, int channels) {
     return channels < static_cast<int>(std::size(Stems[0])) ? Stems[family][channels] : NoStem;

@@ -21,8 +21,7 @@ double CRTASTransportInfo::GetTempo() const {
 CRTASTransportInfo::SMeter CRTASTransportInfo::FetchMeter() const {
     SMeter meter;
     const bool isTold =
-        m_HostTransport &&
-        m_HostTransport->GetMeter(&meter.m_Numerator, &meter.m_Denominator) == 0;
+        m_HostTransport && m_HostTransport->GetMeter(&meter.m_Numerator, &meter.m_Denominator) == 0;
     return isTold ? meter : SMeter();
 }
 
