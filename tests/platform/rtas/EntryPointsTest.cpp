@@ -2,71 +2,56 @@
 // exceptions.
 
 #include "platform/rtas/DAEError.h"
-#include "platform/rtas/FourCharCode.h"
 #include "platform/rtas/TestPlugin.h"
 
-#include <cstring>
 #include <stdexcept>
 
 namespace {
 
-class CEntryPointsTest : public CModuleTest {};
+using CEntryPointsTest = CModuleTest;
 
 TEST_F(CEntryPointsTest, GroupAndTypeTellOfThemselves) {
     RTASGroupInfo group{};
-    group.size = sizeof group;
-    EXPECT_EQ(Dispatch(RTAS_GET_GROUP_INFO, &group), RTAS_OK);
+    EXPECT_EQ(Dispatch(RTAS_GET_GROUP_INFO, group), RTAS_OK);
     EXPECT_EQ(group.manufacturerId, 0x6d616b65u);
     EXPECT_EQ(group.productId, MakeFourCharCode("prod"));
     EXPECT_EQ(group.typeCount, 1);
-    EXPECT_STREQ(group.manufacturerName, "Maker");
     EXPECT_STREQ(group.productNames, "Long Name\nLong\nL");
     RTASTypeInfo type{};
-    type.size = sizeof type;
-    EXPECT_EQ(Dispatch(RTAS_GET_TYPE_INFO, &type), RTAS_OK);
+    EXPECT_EQ(Dispatch(RTAS_GET_TYPE_INFO, type), RTAS_OK);
     EXPECT_EQ(type.typeId, 7);
-    EXPECT_EQ(type.category, 2u);
     EXPECT_EQ(type.inputChannels, 2);
     EXPECT_EQ(type.outputChannels, 6);
-    for (const int index : {-1, 1}) {
-        type.index = index;
-        EXPECT_EQ(Dispatch(RTAS_GET_TYPE_INFO, &type), RTAS_WRONG_ARGUMENT);
-    }
+    type.index = 1;
+    EXPECT_EQ(Dispatch(RTAS_GET_TYPE_INFO, type), RTAS_WRONG_ARGUMENT);
 }
 
 TEST_F(CEntryPointsTest, EveryOperationRefusesWhatItCannotRead) {
-    RTASProcess* const process = New();
-    RTASProcess* const deleted = New();
-    auto call = MakeCall<RTASProcessCall>(deleted);
-    EXPECT_EQ(Dispatch(RTAS_DELETE_PROCESS, &call), RTAS_OK);
+    auto call = MakeCall<RTASProcessCall>(New());
+    EXPECT_EQ(Dispatch(RTAS_DELETE_PROCESS, call), RTAS_OK);
+    RTASProcess* const handles[]{
+        nullptr, call.process, reinterpret_cast<RTASProcess*>(&call),
+        reinterpret_cast<RTASProcess*>(reinterpret_cast<std::uintptr_t>(m_Process) + 1)};
     New();
     // Large enough for all structures, which begin with size and process.
-    struct {
-        RTASProcessCall m_Head;
-        char m_Rest[1024];
-    } argument{};
-    argument.m_Head.process = process;
+    RTASProcessCall argument[40]{};
+    const auto ask = [](int operation, void* structure) {
+        return Dispatcher(RTAS_DISPATCHER_VERSION, operation, structure);
+    };
     int known = 0;
     for (int operation = -1; operation < 50; ++operation) {
-        argument.m_Head.size = sizeof argument;
-        EXPECT_EQ(Dispatcher(RTAS_DISPATCHER_VERSION + 1, operation, &argument),
-                  RTAS_WRONG_VERSION);
-        if (Dispatch(operation, nullptr) == RTAS_UNKNOWN_OPERATION)
+        EXPECT_EQ(Dispatcher(RTAS_DISPATCHER_VERSION + 1, operation, argument), RTAS_WRONG_VERSION);
+        if (ask(operation, nullptr) == RTAS_UNKNOWN_OPERATION)
             continue;
         ++known;
-        EXPECT_EQ(Dispatch(operation, nullptr), RTAS_WRONG_ARGUMENT);
-        argument.m_Head.size = sizeof(RTASProcessCall) - 1;
-        EXPECT_EQ(Dispatch(operation, &argument), RTAS_WRONG_ARGUMENT);
-        if (operation <= RTAS_NEW_PROCESS)
-            continue;
-        argument.m_Head.size = sizeof argument;
-        for (RTASProcess* const unknown :
-             {static_cast<RTASProcess*>(nullptr), deleted, reinterpret_cast<RTASProcess*>(&known),
-              reinterpret_cast<RTASProcess*>(reinterpret_cast<std::uintptr_t>(process) + 1)}) {
-            argument.m_Head.process = unknown;
-            EXPECT_EQ(Dispatch(operation, &argument), RTAS_WRONG_ARGUMENT) << operation;
+        EXPECT_EQ(ask(operation, nullptr), RTAS_WRONG_ARGUMENT);
+        argument[0] = {sizeof(RTASProcessCall) - 1, m_Process, 0};
+        EXPECT_EQ(ask(operation, argument), RTAS_WRONG_ARGUMENT);
+        for (RTASProcess* const unknown : handles) {
+            argument[0] = {sizeof argument, unknown, 0};
+            EXPECT_EQ(operation > RTAS_NEW_PROCESS ? ask(operation, argument) : RTAS_WRONG_ARGUMENT,
+                      RTAS_WRONG_ARGUMENT);
         }
-        argument.m_Head.process = process;
     }
     EXPECT_EQ(known, 22);
     EXPECT_EQ(CDSPDoHostCommand(0, nullptr), RTAS_UNKNOWN_OPERATION);
@@ -77,37 +62,28 @@ TEST_F(CEntryPointsTest, NewProcessRefusesWhatNoHostHas) {
     for (std::int32_t RTASNewProcess::*const field :
          {&RTASNewProcess::typeIndex, &RTASNewProcess::sampleRate, &RTASNewProcess::maxBlockSize,
           &RTASNewProcess::inputs, &RTASNewProcess::outputs}) {
-        RTASNewProcess call = MakeNewProcess();
+        RTASNewProcess call = m_New;
         call.*field = -1;
-        EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, &call), RTAS_WRONG_ARGUMENT);
+        EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, call), RTAS_WRONG_ARGUMENT);
         EXPECT_EQ(call.process, nullptr);
     }
-    RTASNewProcess call = MakeNewProcess();
-    call.inputs = 65;
-    EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, &call), RTAS_WRONG_ARGUMENT);
 }
 
 TEST_F(CEntryPointsTest, ExceptionsBecomeCodes) {
     const std::pair<std::function<void()>, int> cases[]{
         {[] { throw CDAEError(-42); }, -42},
-        {[] { throw std::runtime_error("fault"); }, UnknownExceptionError},
-        {[] { throw 1; }, UnknownExceptionError},
+        {[] { throw std::runtime_error("fault"); }, -7401},
+        {[] { throw 1; }, -7401},
     };
-    RTASProcess* const process = New();
-    CTestProcess& plugin = *g_Plan.m_LastProcess;
     bool isPlaying = false;
     for (const auto& [fault, code] : cases) {
-        plugin.m_InBlock = [&fault](CTestProcess&) { fault(); };
-        const RTASTransport transport{};
-        RTASRender render{};
-        render.transport = &transport;
-        EXPECT_EQ(Render(process, 8, render), code);
+        m_Plugin.m_InBlock = fault;
+        EXPECT_EQ(Dispatch(RTAS_RENDER, m_Render), code);
         // The block is over all the same.
-        EXPECT_NE(plugin.GetHostTransport().IsPlaying(&isPlaying), 0);
-        g_Plan.m_OnNewProcess = fault;
-        RTASNewProcess call = MakeNewProcess();
-        EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, &call), code);
-        EXPECT_EQ(call.process, nullptr);
+        EXPECT_NE(m_Plugin.GetHostTransport().IsPlaying(&isPlaying), 0);
+        g_Plan.m_OnStart = fault;
+        EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, m_New), code);
+        EXPECT_EQ(m_New.process, nullptr);
         EXPECT_EQ(g_Plan.m_LivingProcesses, 1);
     }
     CloseMachOPlugIn();
@@ -117,34 +93,19 @@ TEST_F(CEntryPointsTest, ExceptionsBecomeCodes) {
     }
     g_Plan.m_HasGroup = false;
     EXPECT_EQ(NewMachOPlugIn(nullptr), -7003);
-    RTASNewProcess call = MakeNewProcess();
-    EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, &call), RTAS_NO_GROUP);
+    EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, m_New), RTAS_NO_GROUP);
 }
 
-TEST_F(CEntryPointsTest, CommandsTablesRatesAndChangesOfOneInstanceAreItsOwn) {
-    auto one = MakeCall<RTASProcessCall>(New());
-    CTestProcess& plugin = *g_Plan.m_LastProcess;
-    auto two = MakeCall<RTASProcessCall>(New());
-    plugin.CountChange();
-    EXPECT_EQ(Dispatch(RTAS_GET_CHANGE_COUNT, &one), RTAS_OK);
-    EXPECT_EQ(Dispatch(RTAS_GET_CHANGE_COUNT, &two), RTAS_OK);
-    EXPECT_EQ(one.value, 1);
-    EXPECT_EQ(two.value, 0);
-    EXPECT_EQ(Dispatch(RTAS_SET_SAMPLE_RATE, &two), RTAS_WRONG_ARGUMENT);
-    one.value = 96000;
-    EXPECT_EQ(Dispatch(RTAS_SET_SAMPLE_RATE, &one), RTAS_OK);
-    EXPECT_EQ(plugin.GetSampleRate(), 96000);
-    EXPECT_EQ(g_Plan.m_LastProcess->GetSampleRate(), 48000);
-    EXPECT_EQ(Dispatch(RTAS_GET_DELAY, &one), RTAS_OK);
-    EXPECT_EQ(one.value, 0);
-    auto table = MakeCall<RTASTable>(one.process);
-    EXPECT_EQ(Dispatch(RTAS_QUERY_TABLE, &table), RTAS_OK);
-    EXPECT_EQ(table.table, nullptr);
-    auto command = MakeCall<RTASPluginCommand>(one.process);
-    EXPECT_EQ(Dispatch(RTAS_PLUGIN_COMMAND, &command), RTAS_WRONG_ARGUMENT);
+TEST_F(CEntryPointsTest, CommandsAndRatesReachTheirInstanceAlone) {
+    auto rate = MakeCall<RTASProcessCall>(New());
+    EXPECT_EQ(Dispatch(RTAS_SET_SAMPLE_RATE, rate), RTAS_WRONG_ARGUMENT);
+    rate.value = 96000;
+    EXPECT_EQ(Dispatch(RTAS_SET_SAMPLE_RATE, rate), RTAS_OK);
+    EXPECT_EQ(g_Plan.m_LastProcess->GetSampleRate() - m_Plugin.GetSampleRate(), 48000);
+    auto command = MakeCall<RTASPluginCommand>(m_Process);
+    EXPECT_EQ(Dispatch(RTAS_PLUGIN_COMMAND, command), RTAS_WRONG_ARGUMENT);
     command.name = "fly";
-    EXPECT_EQ(Dispatch(RTAS_PLUGIN_COMMAND, &command), RTAS_OK);
-    EXPECT_FALSE(command.succeeded);
+    EXPECT_EQ(Dispatch(RTAS_PLUGIN_COMMAND, command), RTAS_OK);
     EXPECT_STREQ(command.result, "Unknown command: fly");
 }
 
