@@ -253,6 +253,11 @@ CXmlDocHolder::CXmlDocHolder(const char* rootName) : m_RootName(rootName ? rootN
 
 CXmlDocHolder::~CXmlDocHolder() = default;
 
+const char* CXmlDocHolder::GetRootName() const {
+    const TiXmlElement* root = GetRoot();
+    return root ? root->Value() : "";
+}
+
 void CXmlDocHolder::ResetDocument() {
     m_Document = std::make_unique<TiXmlDocument>();
     m_Document->LinkEndChild(std::make_unique<TiXmlDeclaration>("1.0", "utf-8", "").release());

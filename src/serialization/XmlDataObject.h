@@ -83,6 +83,9 @@ public:
     CXmlDocHolder(const CXmlDocHolder&) = delete;
     CXmlDocHolder& operator=(const CXmlDocHolder&) = delete;
 
+    // That of a document that was read may be another than the one given. Valid until the next is.
+    const char* GetRootName() const;
+
 protected:
     // A new document with an empty root element of the name given at the construction.
     void ResetDocument();

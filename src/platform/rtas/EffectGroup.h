@@ -63,7 +63,7 @@ public:
 class CEffectGroup : public CProcessGroup {
 public:
     void SetManufacturer(const char* name, std::uint32_t code);
-    // The name and its shorter forms, one a line.
+    // The name and its shorter forms, one a line; only the name is kept where forms aren't used.
     void SetProductName(const char* names, bool usesForms);
     void AddEffectType(std::unique_ptr<CEffectType> type);
 

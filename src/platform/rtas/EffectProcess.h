@@ -11,7 +11,7 @@ class CEffectProcess : public virtual CProcess {};
 class CEffectProcessAS : public virtual CEffectProcess {};
 
 // In the host's time.
-class CEffectProcessRTAS : public virtual CEffectProcess {
+class CEffectProcessRTAS : public virtual CEffectProcessAS {
 public:
     // One block on the host's audio thread, with as many buffers as the host connects, which may be
     // the same for input and output.
@@ -27,7 +27,8 @@ public:
     // 0 on success.
     long CloseMIDI();
 
-    // The library's side, around a block.
+    // The library's side, around a block. Between them a created input node has a stream, an empty
+    // one if the host gave nothing.
     void BeginBlock(const RTASRender& render) LATHE_REALTIME;
     void EndBlock(RTASRender& render) LATHE_REALTIME;
 

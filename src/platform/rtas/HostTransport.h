@@ -17,13 +17,14 @@ public:
     virtual long GetTickPosition(long long* ticks) LATHE_REALTIME = 0;
     virtual long GetLoop(bool* looping, long long* startTicks, long long* endTicks)
         LATHE_REALTIME = 0;
-    // Bars and beats count from 1.
+    // Bars and beats count from 1; a beat is a quarter note, whatever the meter.
     virtual long GetBarBeatTick(long long samples, long* bar, long* beat, long* tick)
         LATHE_REALTIME = 0;
     virtual ~CHostTransport() = default;
 };
 
-// Answers from what the host gave with the block; everything fails without.
+// Answers from what the host gave with the block; everything fails without. Bars are counted as if
+// the present tempo and meter held for the whole time line.
 class CBlockTransport : public CHostTransport {
 public:
     void Attach(const RTASTransport* transport, long sampleRate) LATHE_REALTIME;
@@ -39,6 +40,9 @@ public:
         LATHE_REALTIME override;
 
 private:
+    // False where they can't be told.
+    bool GetTicksAt(long long samples, long long* ticks) LATHE_REALTIME;
+
     const RTASTransport* m_Transport = nullptr;
     long m_SampleRate = 0;
 };

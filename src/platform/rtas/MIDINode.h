@@ -22,13 +22,14 @@ public:
     bool IsCreated() const { return m_Created; }
 
     bool HasStream() const LATHE_REALTIME { return m_Events != nullptr; }
+    // In events: at least what the node was made with, and what the largest stream yet brought.
     long GetStreamBufferSize() const LATHE_REALTIME { return m_StreamBufferSize; }
-    // Takes the stream's events of a block; 0 on success.
+    // Takes the stream's events that lie in the block, as many as the buffer holds; 0 on success.
     long FetchEvents(long numSamples) LATHE_REALTIME;
     long GetEventCount() const LATHE_REALTIME { return m_Count; }
     const RTASMIDIEvent& GetEvent(long index) const LATHE_REALTIME { return m_Events[index]; }
 
-    // The library's side.
+    // The library's side. Null takes the stream away; a node that isn't created never has one.
     void AttachStream(const RTASMIDIEvent* events, long count) LATHE_REALTIME;
 
 private:

@@ -10,14 +10,18 @@
 #include "platform/rtas/Dispatcher.h"
 #include "platform/rtas/PluginControl.h"
 
+#include <array>
 #include <atomic>
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
-// A chunk in memory and in a session. The data follow.
+// A chunk in memory and in a session, whose byte order is this one on all machines. The data
+// follow.
 struct SChunkRecord {
     std::int32_t m_Size; // In bytes, header included.
     std::uint8_t m_LibraryFields[16];
@@ -25,11 +29,13 @@ struct SChunkRecord {
     std::uint8_t m_MoreLibraryFields[32];
 };
 static_assert(sizeof(SChunkRecord) == 56);
+static_assert(std::endian::native == std::endian::little);
 
 // Of the library's own chunks.
 inline constexpr long EmptyControlListError = -7083;
 inline constexpr long MissingMIDIKeyError = -7082;
 inline constexpr long UnknownChunkError = -7081;
+inline constexpr long DamagedChunkError = -7080;
 
 // What the host told of itself when it asked for the instance.
 struct SProcessSetup {
@@ -51,6 +57,7 @@ public:
     // --- For the plug-in to override ---
 
     virtual void InitControls() {}
+    // Gives all controls their default values.
     virtual void Initialize();
     virtual void SetSampleRate(long rate);
     // Stores the value in the control.
@@ -58,8 +65,11 @@ public:
     // 0 on success, so for all below.
     virtual long GetDelaySamples(long* samples);
     virtual long GetChunkSize(std::uint32_t code, long* size);
-    // The record has the room that GetChunkSize told.
+    // The record comes with its code, and with the room that it has as its size: at least what
+    // GetChunkSize told.
     virtual long GetChunk(std::uint32_t code, SChunkRecord* record);
+    // A record here and below has all the bytes that its size names. The library has nothing to do
+    // with a chunk that the plug-in added, and calls it equal.
     virtual long SetChunk(std::uint32_t code, const SChunkRecord* record);
     virtual long CompareChunk(const SChunkRecord* record, char* isEqual);
     // The table belongs to the process; null for a selector that it doesn't know.
@@ -74,7 +84,7 @@ public:
     void SetMasterBypassControl(long control);
     void AddSpecialControl(long control);
     void AddChunk(std::uint32_t code, const char* name, long priority);
-    // The host hears of it and answers at once.
+    // The host hears of it and answers at once. Numbers that aren't there are ignored, so below.
     void SetControlValue(long control, long value) LATHE_REALTIME;
     // The host doesn't hear of it.
     void UpdateControlValue(long control, long value) LATHE_REALTIME;
@@ -108,10 +118,18 @@ private:
         long m_Priority;
     };
 
+    bool HasChunk(std::uint32_t code) const;
+    // The data of a chunk of the library's own.
+    long MakeChunkData(std::uint32_t code, std::string& data) const;
+    long SetControlsState(std::string_view data);
+    long SetMIDIIdentities(std::string_view data);
+
     SProcessSetup m_Setup;
     std::vector<std::unique_ptr<CPluginControl>> m_Controls;
     std::set<long> m_SpecialControls;
     std::vector<SChunkEntry> m_Chunks;
     long m_MasterBypass = 0;
     std::atomic<long> m_ChangeCount{0};
+    // In the order of their names.
+    std::array<std::int32_t, 3> m_MIDIIdentities{};
 };

@@ -120,7 +120,9 @@ public:
     const IPluginGUIConnections& GetConnections() const { return m_GUIConnections; }
     // The GUI thread's alone.
     Serialization::IHistoryManager& GetHistory() { return m_History; }
-    double GetSampleRate() const { return m_SampleRate.GetValue(); }
+    double GetSampleRate() const LATHE_REALTIME { return m_SampleRate.GetValue(); }
+    // From the first PrepareToProcess on.
+    bool IsPrepared() const { return m_Prepared; }
     // Something of the saved state has moved; raised on the thread that moved it.
     Core::IEventProvider& GetStateChangedEvent() { return m_StateChanged; }
 
@@ -136,6 +138,8 @@ public:
     }
     IPresets& GetUserPresets() override { return m_PresetLists.GetUserPresets(); }
     const CPresetFolder& GetUserFolder() const override { return m_PresetLists.GetUserFolder(); }
+    // The one that new instances take, of either list; null when there is none.
+    const IPreset* GetDefaultPreset() const { return m_PresetLists.GetDefaultPreset(); }
     void Refresh() override;
     char* GetCurrentPresetName() const override;
     void PreviousPreset() override;
