@@ -15,6 +15,7 @@ constexpr double s_MicrosecondsPerMinute = 60e6;
 constexpr std::uint8_t s_Meta = 0xff;
 constexpr std::uint8_t s_SystemExclusive = 0xf0;
 constexpr std::uint8_t s_Escape = 0xf7; // What follows is sent as it stands.
+constexpr std::uint8_t s_MetaText = 0x01;
 constexpr std::uint8_t s_MetaEndOfTrack = 0x2f;
 constexpr std::uint8_t s_MetaTempo = 0x51;
 constexpr std::uint8_t s_MetaMeter = 0x58;
@@ -235,6 +236,15 @@ void AppendMeta(std::string& bytes, std::uint8_t type, std::initializer_list<std
         bytes += static_cast<char>(byte & 0xff);
 }
 
+// The time to the next event; empty texts stand where it is longer than one number can tell.
+void AppendGap(std::string& bytes, std::int64_t ticks) {
+    for (; ticks > s_MaxDelta; ticks -= s_MaxDelta) {
+        AppendVariable(bytes, s_MaxDelta);
+        AppendMeta(bytes, s_MetaText, {});
+    }
+    AppendVariable(bytes, ticks);
+}
+
 } // namespace
 
 TResult<std::vector<SMidiEvent>> ReadMidiFile(const std::string& path) {
@@ -263,7 +273,7 @@ std::string WriteMidiFile(const std::vector<SMidiEvent>& events, double tempo, S
         // By the tempo as the file holds it, in whole microseconds.
         const std::int64_t tick =
             std::llround(event.m_Seconds * 1e6 * s_TicksPerQuarter / static_cast<double>(quarter));
-        AppendVariable(track, std::clamp<std::int64_t>(tick - last, 0, s_MaxDelta));
+        AppendGap(track, std::max<std::int64_t>(tick - last, 0));
         last = tick;
         if (event.m_Data[0] >= s_SystemExclusive) {
             track += static_cast<char>(s_Escape);

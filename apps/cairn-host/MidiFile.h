@@ -28,7 +28,8 @@ struct SMeter {
 // than four bytes, such as most system exclusives, stays behind.
 TResult<std::vector<SMidiEvent>> ReadMidiFile(const std::string& path);
 
-// The bytes of a file of format 0 with one tempo, in quarter notes a minute, and one meter. The
+// The bytes of a file of format 0 with one tempo, in quarter notes a minute from 4 on, and one
+// meter. The
 // events are in order of time.
 std::string WriteMidiFile(const std::vector<SMidiEvent>& events, double tempo, SMeter meter);
 

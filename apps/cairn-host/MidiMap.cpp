@@ -56,18 +56,15 @@ TResult<std::string> MakeCommand(const std::string& text, const CParameterTable&
         return fields.GetFault();
     if (!(*fields)[CC])
         return SFault{"expected cc:N"};
-    const SParameter& info = table.GetParameters()[static_cast<std::size_t>(*parameter)];
-    const CFields defaults = {"", "0", FormatExactly(info.m_Min), FormatExactly(info.m_Max),
-                              "Linear"};
-    for (std::size_t i = 0; i < KeyCount; ++i) {
-        if (!(*fields)[i])
-            (*fields)[i] = defaults[i];
-    }
+    if (!(*fields)[Channel])
+        (*fields)[Channel] = "0";
     if (CStatus status = CheckWhole(*fields, CC, 0, s_MaxController); !status)
         return status.GetFault();
     if (CStatus status = CheckWhole(*fields, Channel, 0, s_MaxChannel); !status)
         return status.GetFault();
     for (const EKey key : {Min, Max}) {
+        if (!(*fields)[key])
+            continue;
         const TResult<double> value = table.ReadValue(*parameter, *(*fields)[key]);
         if (!value)
             return SFault{std::string(s_Keys[key]) + " " + value.GetFault().m_Text};
@@ -75,7 +72,7 @@ TResult<std::string> MakeCommand(const std::string& text, const CParameterTable&
     }
     std::string command = std::to_string(GetControlNumber(table, *parameter));
     for (const auto& field : *fields)
-        command += '\t' + *field;
+        command += '\t' + field.value_or("");
     return command;
 }
 

@@ -6,9 +6,8 @@
 namespace CairnHost {
 
 // The argument of the plug-in's command "map-midi" for a text
-// "PARAMETER=cc:N[,channel:N][,min:TEXT][,max:TEXT][,curve:NAME]". Without a channel all count,
-// without a minimum or maximum the parameter's own, and the curve is Linear. The plug-in itself
-// knows which curves there are.
+// "PARAMETER=cc:N[,channel:N][,min:TEXT][,max:TEXT][,curve:NAME]". Without a channel all count.
+// The plug-in has defaults for the rest, and knows which curves there are.
 TResult<std::string> ReadMidiMap(const std::string& text, const CParameterTable& table);
 
 } // namespace CairnHost

@@ -49,8 +49,14 @@ CStatus LoadPreset(CHostInstance& instance, const std::string& path) {
     // Only what can be read as a file reaches the plug-in, whose message can't tell as much.
     if (const TResult<std::string> bytes = ReadWholeFile(path); !bytes)
         return bytes.GetFault();
-    const TResult<std::string> loaded = instance.Command("load-preset", MakeAbsolute(path));
-    return loaded ? CStatus() : SFault{path + ": can't be loaded: " + loaded.GetFault().m_Text};
+    const std::string absolute = MakeAbsolute(path);
+    const TResult<std::string> loaded = instance.Command("load-preset", absolute);
+    if (loaded)
+        return {};
+    std::string why = loaded.GetFault().m_Text;
+    if (why.starts_with(absolute + ": "))
+        why.erase(0, absolute.size() + 2);
+    return SFault{path + ": can't be loaded: " + why};
 }
 
 TResult<std::string> StorePreset(CHostInstance& instance, const std::string& path) {

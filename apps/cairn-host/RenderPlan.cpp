@@ -12,7 +12,8 @@ namespace {
 
 constexpr int s_MaxBlockSize = 1 << 20;
 constexpr double s_MaxTailSeconds = 24.0 * 60.0 * 60.0;
-constexpr double s_MinTempo = 1.0;
+// The slowest whole one that a MIDI file can hold.
+constexpr double s_MinTempo = 4.0;
 constexpr double s_MaxTempo = 1000.0;
 constexpr int s_MaxNumerator = 99;
 constexpr int s_MaxDenominator = 64;
