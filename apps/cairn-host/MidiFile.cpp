@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <string_view>
 
 namespace CairnHost {
 namespace {
@@ -247,17 +246,24 @@ void AppendGap(std::string& bytes, std::int64_t ticks) {
 
 } // namespace
 
-TResult<std::vector<SMidiEvent>> ReadMidiFile(const std::string& path) {
-    const TResult<std::string> bytes = ReadWholeFile(path);
-    if (!bytes)
-        return bytes.GetFault();
+TResult<std::vector<SMidiEvent>> ReadMidi(std::string_view bytes) {
     SSong song;
-    if (const std::string fault = ReadSong(*bytes, song); !fault.empty())
-        return SFault{path + ": " + fault};
+    if (std::string fault = ReadSong(bytes, song); !fault.empty())
+        return SFault{std::move(fault)};
     ComputeSeconds(song);
     std::vector<SMidiEvent> events;
     for (const STrackEvent& event : song.m_Events)
         events.push_back(event.m_Event);
+    return events;
+}
+
+TResult<std::vector<SMidiEvent>> ReadMidiFile(const std::string& path) {
+    const TResult<std::string> bytes = ReadWholeFile(path);
+    if (!bytes)
+        return bytes.GetFault();
+    TResult<std::vector<SMidiEvent>> events = ReadMidi(*bytes);
+    if (!events)
+        return SFault{path + ": " + events.GetFault().m_Text};
     return events;
 }
 

@@ -86,10 +86,12 @@ public:
     std::int64_t GetTailFrames() const {
         return std::llround(m_Options.m_TailSeconds * m_SampleRate);
     }
-    void AddNotes(std::vector<std::string>& notes) const;
+    // As of the end.
+    std::vector<std::string> TakeNotes();
 
 private:
     CStatus Configure(const CParameterTable& table);
+    CStatus LoadState();
     CStatus SetSettings(const CParameterTable& table);
     CStatus ScheduleEvents(const CParameterTable& table);
     CStatus Settle();
@@ -111,6 +113,7 @@ private:
     std::size_t m_NextMidi = 0;
     std::vector<RTASMIDIEvent> m_MidiOut;
     std::vector<SMidiEvent> m_Sent;
+    std::vector<std::string> m_Notes;
     COutputFile m_MidiFile;
     COutputFile m_StateFile;
     COutputFile m_PresetFile;
@@ -130,10 +133,8 @@ CStatus CRenderer::Prepare(int sampleRate, const CParameterTable& table) {
 }
 
 CStatus CRenderer::Configure(const CParameterTable& table) {
-    for (const SChunk& chunk : m_Plan.m_State) {
-        if (CStatus status = m_Instance.SetChunk(chunk.m_Code, chunk.m_Record); !status)
-            return SFault{m_Options.m_StateIn + ": " + status.GetFault().m_Text};
-    }
+    if (CStatus status = LoadState(); !status)
+        return status;
     if (!m_Options.m_Preset.empty()) {
         if (CStatus status = LoadPreset(m_Instance, m_Options.m_Preset); !status)
             return status;
@@ -148,6 +149,20 @@ CStatus CRenderer::Configure(const CParameterTable& table) {
                           "\": " + mapped.GetFault().m_Text};
     }
     return ScheduleEvents(table);
+}
+
+CStatus CRenderer::LoadState() {
+    for (const SChunk& chunk : m_Plan.m_State) {
+        if (CStatus status = m_Instance.SetChunk(chunk.m_Code, chunk.m_Record); !status)
+            return SFault{m_Options.m_StateIn + ": " + status.GetFault().m_Text};
+    }
+    // A plug-in drops what it can't read without a word.
+    for (const SChunk& chunk : m_Plan.m_State) {
+        if (!m_Instance.HoldsChunk(chunk.m_Code, chunk.m_Record))
+            m_Notes.push_back(m_Options.m_StateIn + ": the plug-in didn't take the chunk \"" +
+                              CodeToText(chunk.m_Code) + "\" as it is");
+    }
+    return {};
 }
 
 CStatus CRenderer::SetSettings(const CParameterTable& table) {
@@ -314,15 +329,16 @@ CStatus CRenderer::CommitFiles() {
     return {};
 }
 
-void CRenderer::AddNotes(std::vector<std::string>& notes) const {
+std::vector<std::string> CRenderer::TakeNotes() {
     const auto note = [&](const std::string& path, std::size_t left, std::size_t all) {
         if (left > 0)
-            notes.push_back(path + ": " + std::to_string(left) + " of " + std::to_string(all) +
-                            " events lie behind the end of the audio, at frame " +
-                            std::to_string(m_Frame - m_Delay));
+            m_Notes.push_back(path + ": " + std::to_string(left) + " of " + std::to_string(all) +
+                              " events lie behind the end of the audio, at frame " +
+                              std::to_string(m_Frame - m_Delay));
     };
     note(m_Options.m_Automation, m_Events.size() - m_NextEvent, m_Events.size());
     note(m_Options.m_Midi, m_Plan.m_Midi.size() - m_NextMidi, m_Plan.m_Midi.size());
+    return std::move(m_Notes);
 }
 
 } // namespace
@@ -361,7 +377,7 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
         return status.GetFault();
 
     SRenderReport report;
-    renderer.AddNotes(report.m_Notes);
+    report.m_Notes = renderer.TakeNotes();
     if (writer.GetLimitedCount() > 0)
         report.m_Notes.push_back(options.m_Output + ": " +
                                  std::to_string(writer.GetLimitedCount()) +

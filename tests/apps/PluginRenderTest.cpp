@@ -188,6 +188,16 @@ TEST_F(PluginRender, HostileStatesAreRefusedInOneLine) {
         EXPECT_TRUE(text.starts_with(options.m_StateIn + ": ")) << text;
         EXPECT_NE(text.find(fault), std::string::npos) << text;
     }
+    // What the plug-in drops without a word is told at least.
+    options.m_StateIn = In("good.state");
+    Run(options);
+    EXPECT_TRUE(m_Notes.empty());
+    std::string garbled = good;
+    garbled[good.find("<Preset")] = '>';
+    options.m_StateIn = Write("bad.state", garbled);
+    Run(options);
+    ASSERT_EQ(m_Notes.size(), 1u);
+    EXPECT_TRUE(m_Notes[0].ends_with("didn't take the chunk \"mrws\" as it is")) << m_Notes[0];
 }
 
 } // namespace
