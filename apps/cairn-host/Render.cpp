@@ -8,6 +8,7 @@
 #include "cairn-host/Module.h"
 #include "cairn-host/PresetStore.h"
 #include "cairn-host/RenderPlan.h"
+#include "cairn-host/SideOutputs.h"
 
 #include <algorithm>
 #include <cmath>
@@ -74,14 +75,13 @@ public:
           m_Output(m_LargestBlock),
           m_MidiOut(s_MidiOutRoom) {}
 
-    // In hertz.
+    // The rate in hertz.
     CStatus Prepare(int sampleRate, const CParameterTable& table);
     CStatus ProcessAll(CAudioReader& reader, CAudioWriter& writer, CProgress& progress);
-    // The files beside the audio: opened before the blocks, so that a bad path costs no time; and
-    // filled behind them.
-    CStatus OpenFiles();
-    CStatus FillFiles();
-    CStatus CommitFiles();
+    // Behind the last block.
+    CStatus FillFiles(CSideOutputs& files) {
+        return files.Fill(m_Instance, m_Sent, m_Plan.m_Meter);
+    }
 
     std::int64_t GetTailFrames() const {
         return std::llround(m_Options.m_TailSeconds * m_SampleRate);
@@ -114,9 +114,6 @@ private:
     std::vector<RTASMIDIEvent> m_MidiOut;
     std::vector<SMidiEvent> m_Sent;
     std::vector<std::string> m_Notes;
-    COutputFile m_MidiFile;
-    COutputFile m_StateFile;
-    COutputFile m_PresetFile;
 };
 
 CStatus CRenderer::Prepare(int sampleRate, const CParameterTable& table) {
@@ -285,50 +282,6 @@ RTASTransport CRenderer::MakeTransport(bool isPlaying) const {
     return transport;
 }
 
-CStatus CRenderer::OpenFiles() {
-    for (const auto& [file, path] : {std::pair{&m_MidiFile, &m_Options.m_MidiOut},
-                                     {&m_StateFile, &m_Options.m_StateOut},
-                                     {&m_PresetFile, &m_Options.m_SavePreset}}) {
-        if (path->empty())
-            continue;
-        if (CStatus status = file->Open(*path); !status)
-            return status;
-    }
-    return {};
-}
-
-CStatus CRenderer::FillFiles() {
-    const auto fill = [](COutputFile& file, const TResult<std::string>& bytes) -> CStatus {
-        if (!bytes)
-            return bytes.GetFault();
-        return file.Write(bytes->data(), bytes->size()) ? CStatus() : file.GetFault();
-    };
-    if (!m_Options.m_MidiOut.empty()) {
-        const std::string bytes = WriteMidiFile(m_Sent, m_Options.m_Tempo, m_Plan.m_Meter);
-        if (CStatus status = fill(m_MidiFile, bytes); !status)
-            return status;
-    }
-    if (!m_Options.m_StateOut.empty()) {
-        if (CStatus status = fill(m_StateFile, StoreState(m_Instance)); !status)
-            return status;
-    }
-    if (!m_Options.m_SavePreset.empty())
-        return fill(m_PresetFile, StorePreset(m_Instance, m_Options.m_SavePreset));
-    return {};
-}
-
-CStatus CRenderer::CommitFiles() {
-    for (const auto& [file, path] : {std::pair{&m_MidiFile, &m_Options.m_MidiOut},
-                                     {&m_StateFile, &m_Options.m_StateOut},
-                                     {&m_PresetFile, &m_Options.m_SavePreset}}) {
-        if (path->empty())
-            continue;
-        if (CStatus status = file->Commit(); !status)
-            return status;
-    }
-    return {};
-}
-
 std::vector<std::string> CRenderer::TakeNotes() {
     const auto note = [&](const std::string& path, std::size_t left, std::size_t all) {
         if (left > 0)
@@ -365,15 +318,16 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
             writer.Open(options.m_Output, reader.GetSampleRate(), plan->m_Subtype, expected);
         !status)
         return status.GetFault();
-    if (CStatus status = renderer.OpenFiles(); !status)
+    CSideOutputs files(options);
+    if (CStatus status = files.Open(); !status)
         return status.GetFault();
     if (CStatus status = renderer.ProcessAll(reader, writer, progress); !status)
         return status.GetFault();
-    if (CStatus status = renderer.FillFiles(); !status)
+    if (CStatus status = renderer.FillFiles(files); !status)
         return status.GetFault();
     if (CStatus status = writer.Close(); !status)
         return status.GetFault();
-    if (CStatus status = renderer.CommitFiles(); !status)
+    if (CStatus status = files.Commit(); !status)
         return status.GetFault();
 
     SRenderReport report;
