@@ -11,98 +11,67 @@ namespace {
 
 class RTASChunks : public testing::Test {
 protected:
-    static SChunkRecord* AsRecord(std::vector<char>& bytes) {
-        return reinterpret_cast<SChunkRecord*>(bytes.data());
+    static constexpr std::uint32_t s_Code = MakeFourCharCode("mrws");
+
+    struct SRecord : SChunkRecord {
+        char m_Data[1 << 15];
+    };
+
+    // With the zero, if the data have one.
+    SRecord& Make(const std::string& data) {
+        m_Record.m_Size = static_cast<std::int32_t>(56 + data.size());
+        m_Record.m_Code = s_Code;
+        std::memcpy(m_Record.m_Data, data.data(), data.size());
+        return m_Record;
     }
-    // A record of the plug-in's own with these data.
-    static std::vector<char> MakeChunk(const std::string& data) {
-        std::vector<char> bytes(sizeof(SChunkRecord) + data.size());
-        AsRecord(bytes)->m_Size = static_cast<std::int32_t>(bytes.size());
-        AsRecord(bytes)->m_Code = CTestProcess::s_Code;
-        std::memcpy(bytes.data() + sizeof(SChunkRecord), data.data(), data.size());
-        return bytes;
-    }
-    static std::string GetText(const std::vector<char>& bytes) {
-        return std::string(bytes.begin() + sizeof(SChunkRecord), bytes.end());
-    }
-    long Set(std::vector<char> bytes) {
-        return m_Host.m_Process.SetChunk(AsRecord(bytes)->m_Code, AsRecord(bytes));
+    std::string Get() {
+        long size = 0;
+        EXPECT_EQ(m_Host.m_Process.GetChunkSize(s_Code, &size), 0);
+        EXPECT_EQ(
+            m_Host.m_Process.GetChunk(s_Code, &Make(std::string(std::size_t(size) - 56, 'x'))), 0);
+        EXPECT_EQ(std::strlen(m_Record.m_Data) + 57, std::size_t(size));
+        return std::string(m_Record.m_Data, std::size_t(size) - 56);
     }
     // Twice, since the first must not move the state.
-    void CheckEqual(std::vector<char> bytes, bool expected) {
-        for (int i = 0; i < 2; ++i) {
-            char isEqual = expected ? 0 : 1;
-            EXPECT_EQ(m_Host.m_Process.CompareChunk(AsRecord(bytes), &isEqual), 0);
+    void CheckEqual(const std::string& data, bool expected) {
+        for (char isEqual : {char(0), char(1)}) {
+            EXPECT_EQ(m_Host.m_Process.CompareChunk(&Make(data), &isEqual), 0);
             EXPECT_EQ(isEqual != 0, expected);
         }
     }
+    long Set(const std::string& data) { return m_Host.m_Process.SetChunk(s_Code, &Make(data)); }
 
     CTestProcess m_Host;
+    SRecord m_Record{};
 };
 
 TEST_F(RTASChunks, AStateComesBack) {
-    m_Host.Start();
-    m_Host.m_Process.OnControlValueChanged(2, s_Top);
-    const std::vector<char> saved = m_Host.GetChunk();
-    EXPECT_EQ(saved.back(), 0);
-    EXPECT_EQ(std::strlen(GetText(saved).c_str()) + 57, saved.size());
-    CheckEqual(saved, true);
-    m_Host.m_Process.OnControlValueChanged(2, s_Bottom);
-    CheckEqual(saved, false);
-    EXPECT_EQ(Set(saved), 0);
-    EXPECT_EQ(m_Host.GetValue(2), s_Top);
-    EXPECT_EQ(m_Host.m_Log.Take(), "touch1 release1 touch2 2=2147483647 release2 ");
-    CheckEqual(saved, true);
-    // By length, not by the zero.
-    const std::string text = GetText(saved);
-    m_Host.m_Process.OnControlValueChanged(2, s_Bottom);
-    EXPECT_EQ(Set(MakeChunk(text.substr(0, text.size() - 1))), 0);
-    EXPECT_EQ(m_Host.GetValue(2), s_Top);
-    CheckEqual(MakeChunk(text.substr(0, text.size() - 1)), false);
+    EXPECT_EQ(Get().find("inputParams"), std::string::npos); // Not prepared: an empty document.
+    m_Host.Start().Move(2, s_Top);
+    const std::string saved = Get();
+    const std::string unended = saved.substr(0, saved.size() - 1);
+    for (const std::string& data : {saved, unended}) {
+        m_Host.Move(2, s_Bottom);
+        CheckEqual(saved, false);
+        EXPECT_EQ(Set(data), 0);
+        EXPECT_EQ(m_Host.GetValue(2), s_Top);
+        CheckEqual(saved, true);
+    }
+    CheckEqual(unended, false);
 }
 
 TEST_F(RTASChunks, NoRecordDoesHarm) {
-    m_Host.Start();
-    m_Host.m_Process.OnControlValueChanged(2, s_Top);
-    const std::vector<char> saved = m_Host.GetChunk();
-    const std::string text = GetText(saved);
-    for (const std::string& data : {std::string(), std::string(1, '\0'), text.substr(0, 60),
-                                    std::string("<Preset"), std::string("\xFF\xFE")}) {
-        EXPECT_EQ(Set(MakeChunk(data)), 0);
-        CheckEqual(MakeChunk(data), false);
+    m_Host.Start().Move(2, s_Top);
+    const std::string saved = Get();
+    for (const std::string& data :
+         {std::string(), std::string(1, '\0'), saved.substr(0, 60), std::string("\xFF\xFE")}) {
+        EXPECT_EQ(Set(data), 0);
+        CheckEqual(data, false);
+        // A room that has become too small stays as it is.
+        EXPECT_EQ(m_Host.m_Process.GetChunk(s_Code, &Make(data)), 0);
+        EXPECT_EQ(std::string(m_Record.m_Data, data.size()), data);
     }
-    std::vector<char> negative = MakeChunk("");
-    AsRecord(negative)->m_Size = -1;
-    EXPECT_EQ(Set(negative), 0);
-    CheckEqual(negative, false);
     CheckEqual(saved, true);
-    // A room that has become too small stays as it is.
-    std::vector<char> small = MakeChunk("x");
-    EXPECT_EQ(m_Host.m_Process.GetChunk(CTestProcess::s_Code, AsRecord(small)), 0);
-    EXPECT_EQ(small, MakeChunk("x"));
-    // The library's own.
-    long size = 0;
-    EXPECT_EQ(m_Host.m_Process.GetChunkSize(MakeFourCharCode("none"), &size), UnknownChunkError);
-}
-
-TEST_F(RTASChunks, BeforeThePreparationTheDocumentIsEmpty) {
-    const std::string text = GetText(m_Host.GetChunk());
-    char* empty = nullptr;
-    ASSERT_TRUE(Lathe::Serialization::CXmlDataObject("Preset").GetText(empty));
-    EXPECT_STREQ(text.c_str(), std::unique_ptr<char[]>(empty).get());
-}
-
-TEST_F(RTASChunks, TheHostHearsOfStateBesidesControls) {
-    m_Host.Start();
-    const long before = m_Host.m_Process.GetChangeCount();
-    m_Host.m_Process.OnControlValueChanged(2, s_Top);
-    EXPECT_EQ(m_Host.m_Process.GetChangeCount(), before);
-    std::vector<char> saved = m_Host.GetChunk();
-    std::string text = GetText(saved);
-    const std::size_t at = text.find("none"); // The default of the filter's text.
-    ASSERT_NE(at, std::string::npos);
-    EXPECT_EQ(Set(MakeChunk(text.replace(at, 4, "other"))), 0);
-    EXPECT_GT(m_Host.m_Process.GetChangeCount(), before);
 }
 
 } // namespace

@@ -1,15 +1,12 @@
-// An instance with a filter that notes what it is given, and a host around it with up to three
-// channels of buffers.
+// An instance with a filter that notes what it is given, and a host around it that notes what it
+// hears and has up to three channels of buffers.
 #pragma once
 
-#include "dsp/ProcessInfo.h"
-#include "hosts/rtas/HostLog.h"
 #include "hosts/rtas/RTASEffectProcess.h"
 #include "platform/rtas/FourCharCode.h"
 #include "plugin/PluginTestFilter.h"
 #include "plugin/TestHost.h"
 
-#include <array>
 #include <limits>
 #include <string>
 #include <vector>
@@ -21,36 +18,41 @@ using namespace Lathe::Audio;
 inline constexpr long s_Bottom = std::numeric_limits<std::int32_t>::min();
 inline constexpr long s_Top = std::numeric_limits<std::int32_t>::max();
 
-// Of the last block: the events, and whether there was a time line. Of all its life: the rates.
+// All since it was last emptied: "2=100 " for a value, "touch2 " and "release2 ".
+struct SHostLog {
+    template <int kind>
+    static void Note(void* log, std::int32_t control) {
+        static_cast<SHostLog*>(log)->m_Text +=
+            (kind == 0 ? "touch" : "release") + std::to_string(control) + " ";
+    }
+    static void NoteValue(void* log, std::int32_t control, std::int32_t value) {
+        static_cast<SHostLog*>(log)->m_Text +=
+            std::to_string(control) + "=" + std::to_string(value) + " ";
+    }
+    RTASHostCalls MakeCalls() { return {this, NoteValue, Note<0>, Note<1>}; }
+    std::string Take() { return std::exchange(m_Text, ""); }
+
+    std::string m_Text;
+};
+
+// Notes the events and the time line of its last block, and all its rates.
 class CSeenFilter : public Plugin::CPluginTestFilter {
 public:
-    explicit CSeenFilter(Plugin::STestFilterSetup setup = {})
-        : CPluginTestFilter(setup), m_Info(setup.m_Inputs, setup.m_Outputs) {}
+    using CPluginTestFilter::CPluginTestFilter;
 
-    const DSP::IProcessInfo& GetProcessInfo() const override { return m_Info; }
     void Init(double sampleRate, const DSP::CFilterInitInfo& info) override {
         m_Rates.push_back(sampleRate);
         CPluginTestFilter::Init(sampleRate, info);
     }
-    void Process(const DSP::CFilterProcessData& data) override {
-        See(data);
-        CPluginTestFilter::Process(data);
-    }
     bool ProcessSilence(const DSP::CFilterProcessData& data) override {
-        See(data);
+        m_Events = data.m_pMIDIEvents->GetCount();
+        m_HasTransport = data.m_pTransportInfo != nullptr;
         return CPluginTestFilter::ProcessSilence(data);
     }
 
-    DSP::CProcessInfo m_Info;
     std::vector<double> m_Rates;
     int m_Events = -1;
     bool m_HasTransport = false;
-
-private:
-    void See(const DSP::CFilterProcessData& data) {
-        m_Events = data.m_pMIDIEvents->GetCount();
-        m_HasTransport = data.m_pTransportInfo != nullptr;
-    }
 };
 
 class COpenProcess : public CRTASEffectProcess {
@@ -61,21 +63,15 @@ public:
 
 class CTestProcess {
 public:
-    static constexpr int s_Frames = 64;
-    using Buffers = std::array<std::vector<float>, 3>;
-
+    // The filter is the process's.
     explicit CTestProcess(std::unique_ptr<DSP::IFilter> filter)
-        : m_Process(MakeConfig(filter.release())) {
-        m_Setup = m_Log.MakeSetup();
-        for (std::size_t c = 0; c < 3; ++c) {
-            m_Inputs[c].assign(512, 0.0f);
-            m_Outputs[c].assign(512, 0.0f);
-        }
+        : m_Seen(dynamic_cast<CSeenFilter*>(filter.get())),
+          m_Process(MakeConfig(filter.release())) {
+        m_Setup.m_Calls = m_Log.MakeCalls();
     }
     explicit CTestProcess(Plugin::STestFilterSetup setup = {})
         : CTestProcess(std::make_unique<CSeenFilter>(setup)) {}
 
-    // As the library does it, with what is in m_Setup.
     CTestProcess& Start() {
         m_Process.SetUp(m_Setup);
         m_Process.InitControls();
@@ -83,68 +79,47 @@ public:
         m_Log.Take();
         return *this;
     }
-    void Render(int frames = s_Frames, const std::vector<RTASMIDIEvent>& events = {},
-                bool isInPlace = false) LATHE_REALTIME {
-        float *inputs[3], *outputs[3];
-        for (std::size_t c = 0; c < 3; ++c) {
-            outputs[c] = m_Outputs[c].data();
-            inputs[c] = isInPlace ? outputs[c] : m_Inputs[c].data();
-        }
+    void Render(int frames = 64, const std::vector<RTASMIDIEvent>& events = {}) LATHE_REALTIME {
+        float* inputs[] = {m_Inputs[0].data(), m_Inputs[1].data(), m_Inputs[2].data()};
+        float* outputs[] = {m_Outputs[0].data(), m_Outputs[1].data(), m_Outputs[2].data()};
         const RTASTransport transport{};
         RTASRender render{};
         render.midiIn = events.data();
         render.midiInCount = static_cast<int>(events.size());
-        render.midiOut = m_Sent.data();
-        render.midiOutRoom = static_cast<int>(m_Sent.size());
+        render.midiOut = &m_Sent;
+        render.midiOutRoom = 1;
         render.transport = &transport;
         m_Process.BeginBlock(render);
-        m_Process.RenderAudio(inputs, outputs, frames);
+        m_Process.RenderAudio(m_IsInPlace ? outputs : inputs, outputs, frames);
         m_Process.EndBlock(render);
         m_SentCount = render.midiOutCount;
     }
-    void Fill(std::size_t channel, float level) {
-        m_Inputs[channel].assign(m_Inputs[channel].size(), level);
-    }
-
-    CSeenFilter& GetFilter() { return dynamic_cast<CSeenFilter&>(*m_Filter); }
+    void Move(long control, long value) { m_Process.OnControlValueChanged(control, value); }
+    long GetValue(int control) const { return m_Process.GetControl(control)->GetValue(); }
+    // The result, behind "! " when it failed.
     std::string Command(const char* name, const std::string& argument = "") {
         std::string result;
-        const bool succeeded = m_Process.PluginCommand(name, argument.c_str(), result);
-        return (succeeded ? "" : "! ") + result;
+        return m_Process.PluginCommand(name, argument.c_str(), result) ? result : "! " + result;
     }
-    // Of a chunk of the plug-in's own state, as long as it says.
-    std::vector<char> GetChunk() {
-        long size = 0;
-        EXPECT_EQ(m_Process.GetChunkSize(s_Code, &size), 0);
-        std::vector<char> bytes(static_cast<std::size_t>(size));
-        auto* record = reinterpret_cast<SChunkRecord*>(bytes.data());
-        record->m_Size = static_cast<std::int32_t>(size);
-        record->m_Code = s_Code;
-        EXPECT_EQ(m_Process.GetChunk(s_Code, record), 0);
-        return bytes;
-    }
-    // Of a control, as the library has it.
-    long GetValue(int control) const { return m_Process.GetControl(control)->GetValue(); }
-
-    static constexpr std::uint32_t s_Code = 0x6D727773;
 
     CTemporaryHome m_Home;
     Plugin::CTestSettings m_Settings{nullptr};
-    CHostLog m_Log;
+    SHostLog m_Log;
     SProcessSetup m_Setup;
-    Buffers m_Inputs;
-    Buffers m_Outputs;
+    // Null for another filter.
+    CSeenFilter* m_Seen;
+    bool m_IsInPlace = false;
+    std::vector<std::vector<float>> m_Inputs{3, std::vector<float>(512)};
+    std::vector<std::vector<float>> m_Outputs{3, std::vector<float>(512, -1.0f)};
     // Of the last block.
-    std::array<RTASMIDIEvent, 16> m_Sent{};
+    RTASMIDIEvent m_Sent{};
     int m_SentCount = 0;
-    DSP::IFilter* m_Filter = nullptr;
     COpenProcess m_Process;
 
 private:
     Plugin::CAudioPluginConfig MakeConfig(DSP::IFilter* filter) {
-        m_Filter = filter;
         Plugin::CAudioPluginConfig config;
-        config.filter = filter; // The instance's.
+        config.filter = filter;
         config.staticSettings = &m_Settings;
         return config;
     }
