@@ -29,7 +29,7 @@ MAY_INCLUDE = {
                "dsp/PluginsFilters", "gui", "platform", "plugin/interfaces", "SkinEngine"],
     "hosts/rtas": ["core", "core/threads", "serialization", "math", "datamodel", "dsp",
                    "dsp/PluginsFilters", "platform", "plugin/interfaces", "plugin"],
-    # The host program drives the filter itself.
+    # The host program loads the plug-in; of the filter it asks parameters and responses itself.
     "apps": ["core", "serialization", "math", "datamodel", "dsp", "dsp/PluginsFilters",
              "platform"],
 }

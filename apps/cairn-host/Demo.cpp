@@ -130,7 +130,7 @@ SDemoSignal MakeDemoSignal(int sampleRate) {
     return signal;
 }
 
-TResult<std::string> RunDemo(const std::string& folder) {
+TResult<std::string> RunDemo(const std::string& folder, const std::string& module) {
     namespace fs = std::filesystem;
     std::error_code error;
     fs::create_directories(folder, error);
@@ -148,6 +148,7 @@ TResult<std::string> RunDemo(const std::string& folder) {
         return status.GetFault();
 
     SRenderOptions render;
+    render.m_Module = module;
     render.m_Input = source;
     render.m_Output = (fs::path(folder) / "demo-equalised.wav").string();
     render.m_Settings.assign(s_Settings.begin(), s_Settings.end());

@@ -17,7 +17,8 @@ struct SDemoSignal {
 // rounding of its mathematical functions. Peaks at -9 dB below full scale.
 SDemoSignal MakeDemoSignal(int sampleRate);
 
-// Fills the folder, which is made when it isn't there. The result is what to tell the user.
-TResult<std::string> RunDemo(const std::string& folder);
+// Fills the folder, which is made when it isn't there. An empty path of the module means the one
+// that comes with the program. The result is what to tell the user.
+TResult<std::string> RunDemo(const std::string& folder, const std::string& module);
 
 } // namespace CairnHost

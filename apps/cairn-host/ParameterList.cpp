@@ -4,35 +4,17 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <array>
-
 namespace CairnHost {
 
 std::string ListParameters(const CParameterTable& parameters) {
-    using CRow = std::array<std::string, 7>;
-    std::vector<CRow> rows = {
+    CTextTable rows = {
         {"Index", "Name", "Minimum", "Maximum", "Default", "Unit", "Default as text"}};
     for (const SParameter& parameter : parameters.GetParameters())
         rows.push_back({std::to_string(rows.size() - 1), parameter.m_Name,
                         FormatNumber(parameter.m_Min), FormatNumber(parameter.m_Max),
                         FormatNumber(parameter.m_Default), parameter.m_Unit,
                         ValueToText(parameter, parameter.m_Default)});
-    std::array<std::size_t, 7> widths = {};
-    for (const CRow& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], row[i].size());
-    }
-    std::string text;
-    for (const CRow& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            text += row[i];
-            if (i + 1 < row.size())
-                text += std::string(widths[i] - row[i].size() + 2, ' ');
-        }
-        text += '\n';
-    }
-    return text;
+    return AlignColumns(rows);
 }
 
 std::string ListParametersAsJson(const CParameterTable& parameters) {

@@ -1,4 +1,4 @@
-// A file through the equaliser into a file, in memory that doesn't grow with the file.
+// A file through the plug-in into a file, in memory that doesn't grow with the file.
 #pragma once
 
 #include "cairn-host/Progress.h"
@@ -9,14 +9,26 @@
 
 namespace CairnHost {
 
-// As given on the command line.
+// As given on the command line; paths are empty for none.
 struct SRenderOptions {
+    // Empty for the one that comes with the program.
+    std::string m_Module;
     std::string m_Input;
     std::string m_Output;
     // "NAME=VALUE", in force from the first frame.
     std::vector<std::string> m_Settings;
-    // A path, or empty for none.
     std::string m_Automation;
+    std::string m_Midi;
+    // As ReadMidiMap takes them.
+    std::vector<std::string> m_MidiMaps;
+    std::string m_MidiOut;
+    std::string m_Preset;
+    std::string m_SavePreset;
+    std::string m_StateIn;
+    std::string m_StateOut;
+    // Of the time line that the plug-in sees: quarter notes a minute, and "N/M".
+    double m_Tempo = 120.0;
+    std::string m_Meter = "4/4";
     // Sizes separated by commas, taken in turn, again and again.
     std::string m_BlockSizes = "512";
     // Silence to render behind the end of the input.
@@ -30,8 +42,9 @@ struct SRenderReport {
     std::vector<std::string> m_Notes;
 };
 
-TResult<std::vector<int>> ReadBlockSizes(std::string_view text);
-
+// The plug-in takes the state first, then the preset, the settings and the controller maps; then
+// the blocks, with the automation and MIDI that is due in each. What the plug-in sent, its preset
+// and its state are those behind the last block. All files appear at the end, or none does.
 TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress);
 
 } // namespace CairnHost

@@ -161,7 +161,7 @@ CStatus WriteResponse(const SResponseOptions& options) {
         equaliser.GetParameters().ReadSettings(options.m_Settings);
     if (!settings)
         return settings.GetFault();
-    equaliser.Prepare(options.m_SampleRate, 1, *settings);
+    equaliser.Prepare(options.m_SampleRate, *settings);
     std::vector<double> frequencies =
         SpaceFrequencies(options.m_From, options.m_To, options.m_Points);
     if (table)

@@ -71,6 +71,24 @@ std::string FormatExactly(double value) {
     return error == std::errc() ? std::string(text, end) : std::string();
 }
 
+std::string AlignColumns(const CTextTable& rows) {
+    std::vector<std::size_t> widths(rows.front().size(), 0);
+    for (const auto& row : rows) {
+        for (std::size_t i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths[i], row[i].size());
+    }
+    std::string text;
+    for (const auto& row : rows) {
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            text += row[i];
+            if (i + 1 < row.size())
+                text += std::string(widths[i] - row[i].size() + 2, ' ');
+        }
+        text += '\n';
+    }
+    return text;
+}
+
 std::string OneLine(std::string_view text) {
     std::string line(text);
     for (char& letter : line) {

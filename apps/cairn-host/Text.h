@@ -27,6 +27,10 @@ std::string FormatNumber(double value);
 // The shortest text that reads back as the same number; "-inf", "inf" and "nan" as such.
 std::string FormatExactly(double value);
 
+using CTextTable = std::vector<std::vector<std::string>>;
+// A line for each row, columns aligned and two blanks apart. The first row is the longest.
+std::string AlignColumns(const CTextTable& rows);
+
 // One line that is safe to print: control characters become '?'.
 std::string OneLine(std::string_view text);
 

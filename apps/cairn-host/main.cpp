@@ -1,7 +1,10 @@
 // The command line of cairn-host: sub-commands, their options, and the exit status.
+#include "cairn-host/Controls.h"
 #include "cairn-host/Demo.h"
 #include "cairn-host/Equaliser.h"
 #include "cairn-host/Interrupt.h"
+#include "cairn-host/Module.h"
+#include "cairn-host/ModuleReport.h"
 #include "cairn-host/ParameterList.h"
 #include "cairn-host/Render.h"
 #include "cairn-host/Response.h"
@@ -47,8 +50,8 @@ int RunRender(const SRenderOptions& options, bool quiet) {
 
 int RunParams(bool json) {
     const CEqualiser equaliser;
-    return Print(json ? ListParametersAsJson(equaliser.GetParameters())
-                      : ListParameters(equaliser.GetParameters()));
+    const CParameterTable table = DescribeControls(equaliser);
+    return Print(json ? ListParametersAsJson(table) : ListParameters(table));
 }
 
 int RunResponse(const SResponseOptions& options) {
@@ -56,8 +59,22 @@ int RunResponse(const SResponseOptions& options) {
     return status ? Done : Complain(status.GetFault());
 }
 
-int RunDemonstration(const std::string& folder) {
-    const TResult<std::string> told = RunDemo(folder);
+int RunReport(const std::string& path, TResult<std::string> (*report)(const CModule& module)) {
+    CModule module;
+    if (CStatus status = module.Load(path); !status)
+        return Complain(status.GetFault());
+    const TResult<std::string> text = report(module);
+    return text ? Print(*text) : Complain(text.GetFault());
+}
+
+int RunPresets(const std::string& path, bool json) {
+    return RunReport(
+        path, json ? [](const CModule& module) { return ListPresets(module, true); }
+                   : [](const CModule& module) { return ListPresets(module, false); });
+}
+
+int RunDemonstration(const std::string& folder, const std::string& module) {
+    const TResult<std::string> told = RunDemo(folder, module);
     if (!told) {
         FollowInterrupt();
         return Complain(told.GetFault());
@@ -76,6 +93,46 @@ void AddSettings(CLI::App& command, std::vector<std::string>& settings) {
                     "Set a parameter, by name or index, such as \"Mid (1)=+6\"; repeatable")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
+}
+
+void AddPath(CLI::App& command, const char* option, std::string& path, const char* type,
+             const char* help) {
+    command.add_option(option, path, help)->type_name(type)->check(CheckNotEmpty);
+}
+
+void AddModule(CLI::App& command, std::string& path) {
+    AddPath(command, "--module", path, "FILE.so",
+            "The plug-in's module; the one that comes with the program when not given");
+}
+
+void AddPluginOptions(CLI::App& command, SRenderOptions& render) {
+    AddModule(command, render.m_Module);
+    AddPath(command, "--midi", render.m_Midi, "FILE.mid",
+            "MIDI that the plug-in gets, at the file's own tempo");
+    command
+        .add_option("--midi-map", render.m_MidiMaps,
+                    "Let a MIDI controller move a parameter, such as \"Mid (1)=cc:7,max:+6\"; its "
+                    "range is then that of automation, too; repeatable")
+        ->type_name("NAME=cc:N[,channel:N][,min:VALUE][,max:VALUE][,curve:NAME]")
+        ->allow_extra_args(false);
+    AddPath(command, "--midi-out", render.m_MidiOut, "FILE.mid",
+            "File to write: MIDI that the plug-in sends");
+    AddPath(command, "--preset", render.m_Preset, "FILE.preset",
+            "Preset to load, before the settings");
+    AddPath(command, "--save-preset", render.m_SavePreset, "FILE.preset",
+            "File to write: a preset of the values at the end");
+    AddPath(command, "--state-in", render.m_StateIn, "FILE",
+            "State to load, before the preset; as --state-out writes it");
+    AddPath(command, "--state-out", render.m_StateOut, "FILE",
+            "File to write: the plug-in's whole state at the end, as a session holds it");
+    command
+        .add_option("--tempo", render.m_Tempo,
+                    "Of the time line that the plug-in sees, in quarter notes a minute")
+        ->type_name("BPM")
+        ->capture_default_str();
+    command.add_option("--meter", render.m_Meter, "Of the same time line")
+        ->type_name("N/M")
+        ->capture_default_str();
 }
 
 } // namespace
@@ -100,11 +157,8 @@ int main(int argc, char** argv) {
         ->check(CheckNotEmpty)
         ->required();
     AddSettings(*renderCommand, render.m_Settings);
-    renderCommand
-        ->add_option("--automation", render.m_Automation,
-                     "Changes over time, as lines of frame,parameter,value under that header")
-        ->check(CheckNotEmpty)
-        ->type_name("FILE.csv");
+    AddPath(*renderCommand, "--automation", render.m_Automation, "FILE.csv",
+            "Changes over time, as lines of frame,parameter,value under that header");
     renderCommand
         ->add_option("--block-size", render.m_BlockSizes,
                      "Frames in a block; of several sizes each is used in turn")
@@ -116,6 +170,7 @@ int main(int argc, char** argv) {
         ->add_option("--subtype", render.m_Subtype,
                      "Sample format; the best that the file can hold when not given")
         ->type_name("float|pcm24|pcm16");
+    AddPluginOptions(*renderCommand, render);
     renderCommand->add_flag("--quiet", quiet, "No progress bar and no notes");
 
     bool json = false;
@@ -147,6 +202,15 @@ int main(int argc, char** argv) {
         ->type_name("PATH")
         ->check(CheckNotEmpty)
         ->required();
+    std::string module;
+    AddModule(*demoCommand, module);
+
+    CLI::App* infoCommand = app.add_subcommand("info", "Tell what the plug-in says of itself");
+    AddModule(*infoCommand, module);
+    CLI::App* presetsCommand =
+        app.add_subcommand("presets", "List the presets that the plug-in finds");
+    AddModule(*presetsCommand, module);
+    presetsCommand->add_flag("--json", json, "As JSON");
 
     try {
         app.parse(argc, argv);
@@ -158,9 +222,9 @@ int main(int argc, char** argv) {
         // A word that is no sub-command says more than that there is none.
         const std::vector<std::string> unknown = app.remaining();
         const std::string what =
-            unknown.empty()
-                ? error.what()
-                : '"' + unknown.front() + "\": expected render, params, response or demo";
+            unknown.empty() ? error.what()
+                            : '"' + unknown.front() +
+                                  "\": expected render, params, presets, info, response or demo";
         std::cerr << "cairn-host: " << OneLine(what) << " (see cairn-host --help)\n";
         return Usage;
     }
@@ -171,5 +235,9 @@ int main(int argc, char** argv) {
         return RunParams(json);
     if (*responseCommand)
         return RunResponse(response);
-    return RunDemonstration(folder);
+    if (*infoCommand)
+        return RunReport(module, DescribeModule);
+    if (*presetsCommand)
+        return RunPresets(module, json);
+    return RunDemonstration(folder, module);
 }

@@ -46,6 +46,8 @@ TEST_F(Program, FaultsAreOneLineEachAndLeaveNothing) {
     Write("file", "");
     for (const char* name : {"full.wav", "full.png", "full.svg"})
         std::filesystem::create_symlink("/dev/full", In(name));
+    std::filesystem::create_symlink("file", In("link"));
+    std::filesystem::copy_file(FAKE_MODULES "Good.so", In("alone.so"));
     struct SCase {
         const char* m_Arguments;
         int m_Status;
@@ -84,6 +86,28 @@ TEST_F(Program, FaultsAreOneLineEachAndLeaveNothing) {
         {"response -o nowhere/a.png", 1, "nowhere/a.png: can't be written"},
         {"response -o a.png --set Loud=1", 1, "no parameter is called \"Loud\""},
         {"demo file", 1, "file: "},
+        {"render in.wav out.wav --midi bad.csv", 1, "bad.csv: isn't a MIDI file"},
+        {"render in.wav out.wav --midi-map 0=cc:7,curve:Bent", 1, "curve 'Bent'"},
+        {"render in.wav out.wav --preset none", 1, "none: can't be read: No such file"},
+        {"render in.wav out.wav --preset bad.csv", 1,
+         "bad.csv: can't be loaded: not a well-formed"},
+        {"render in.wav out.wav --tempo 0", 1, "--tempo 0: expected quarter notes a minute from 4"},
+        {"render in.wav out.wav --meter 4", 1, "--meter \"4\": expected N/M"},
+        {"render in.wav out.wav --meter 4/3", 1, "--meter \"4/3\""},
+        {"render in.wav out.wav --midi-out ./out.wav", 1, "by both OUTPUT and --midi-out"},
+        {"render in.wav out.wav --save-preset in.wav", 1, "by both --save-preset and INPUT"},
+        {"render in.wav out.wav --preset link --state-out file", 1, "--state-out and --preset"},
+        {"render in.wav out.wav --midi-out nowhere/a", 1, "nowhere/a: can't be written"},
+        {"render in.wav out.wav --state-out full.png", 1, "full.png: can't be written: No space"},
+        {"render in.wav out.wav --module none.so", 1,
+         "none.so: the plug-in's module can't be read"},
+        {"presets --module file", 1, "file: can't be loaded as a module: file too short"},
+        {"info --module .", 1, ".: is a folder"},
+        {"info --module alone.so", 1, "its data folder isn't there: expected"},
+        {"info --module " FAKE_MODULES "Version.so", 1, "is of another version: expected 1"},
+        {"info --module " FAKE_MODULES "Entry.so", 1, "no entry point CDSPDoHostCommand"},
+        {"render in.wav out.wav --module " FAKE_MODULES "Start.so", 1,
+         "Start.so: can't start (-7003)"},
     };
     for (const SCase& row : cases)
         CheckFails(row.m_Arguments, row.m_Status, row.m_Part);
@@ -112,7 +136,8 @@ TEST_F(Program, RendersQuietlyWhereNobodyWatches) {
 
 TEST_F(Program, ParametersAreListedForPeopleAndPrograms) {
     EXPECT_EQ(Run("params"), 0);
-    EXPECT_EQ(std::count(m_Output.begin(), m_Output.end(), '\n'), 14);
+    EXPECT_EQ(std::count(m_Output.begin(), m_Output.end(), '\n'), 15);
+    EXPECT_NE(m_Output.find("13     Bypass "), std::string::npos);
     EXPECT_NE(m_Output.find("2      Frequency (1)  20       22000    650      Hz    650\n"),
               std::string::npos);
     EXPECT_EQ(Run("params --json"), 0);
@@ -142,6 +167,34 @@ TEST_F(Program, ResponseHoldsAllCurvesAtExactFrequencies) {
     EXPECT_NEAR(std::atof(rows[1][10].c_str()), -7.5, 1e-6);
     EXPECT_EQ(rows[2][8], "-inf");
     EXPECT_EQ(rows[2][1], "0");
+}
+
+TEST_F(Program, PluginTellsWhatItIs) {
+    ASSERT_EQ(Run("info"), 0) << m_Error;
+    for (const char* part :
+         {"Marrow Sound (mrws)", "Product       5455\n", "Marrow's Cairn EQ 4 Dual\n", "  MWCn\n",
+          "\n0     0           5455     0x1       1, 1           2, 2\n", "Latency       0 samples",
+          "\n1        bypass  2      Off ", "  Frequency(2)  Frqnc(2)  Fc(2\n", "\nelck ",
+          "\nmrws ", "\n1     1 2 3 4 5 6 7 8\n2     9 10 11 12 13 14\n"})
+        EXPECT_NE(m_Output.find(part), std::string::npos) << part << "isn't in\n" << m_Output;
+}
+
+TEST_F(Program, PresetsAreListedAsATree) {
+    ASSERT_EQ(Run("presets"), 0) << m_Error;
+    EXPECT_EQ(m_Output.find("user/"), std::string::npos);
+    WriteAudio("in.wav", MakeLevel(10, 0.1f));
+    const std::string folder =
+        GetHome() + "/documents/Marrow Sound/Marrow's Cairn EQ 4/Dual/Presets/Warm/Low";
+    std::filesystem::create_directories(folder);
+    ASSERT_EQ(Run("render in.wav out.wav --save-preset \"" + folder + "/Round.preset\""), 0)
+        << m_Error;
+    ASSERT_EQ(Run("presets"), 0) << m_Error;
+    EXPECT_NE(m_Output.find("user/\n  Warm/\n    Low/\n"), std::string::npos) << m_Output;
+    EXPECT_NE(m_Output.find("  Round\n"), std::string::npos) << m_Output;
+    ASSERT_EQ(Run("presets --json"), 0) << m_Error;
+    EXPECT_NE(m_Output.find("\"folder\": \"Warm/Low\",\n    \"name\": \"Round\""),
+              std::string::npos)
+        << m_Output;
 }
 
 TEST_F(Program, DemoFillsItsFolderAndTellsInThreeLines) {

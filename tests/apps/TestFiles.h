@@ -46,13 +46,20 @@ protected:
     CFolderTest() {
         std::string name = (std::filesystem::temp_directory_path() / "cairn-XXXXXX").string();
         m_Folder = ::mkdtemp(name.data());
+        // The plug-in keeps presets and settings among the user's files: here it finds its own.
+        ::setenv("HOME", GetHome().c_str(), 1);
+        ::setenv("XDG_CONFIG_HOME", (GetHome() + "/config").c_str(), 1);
+        ::setenv("XDG_DOCUMENTS_DIR", (GetHome() + "/documents").c_str(), 1);
     }
     ~CFolderTest() override {
         std::error_code ignored;
         std::filesystem::remove_all(m_Folder, ignored);
+        std::filesystem::remove_all(GetHome(), ignored);
     }
 
     std::string In(const std::string& name) const { return (m_Folder / name).string(); }
+    // Beside the test's folder, and made by who needs it.
+    std::string GetHome() const { return m_Folder.string() + "-home"; }
 
     // The path.
     std::string Write(const std::string& name, const std::string& bytes) const {
@@ -105,6 +112,23 @@ protected:
 
     std::filesystem::path m_Folder;
 };
+
+inline std::string Bytes(std::initializer_list<int> bytes) {
+    std::string text;
+    for (const int byte : bytes)
+        text += static_cast<char>(byte);
+    return text;
+}
+
+// A MIDI file of these tracks; the division is two bytes.
+inline std::string MakeMidi(int format, std::initializer_list<int> division,
+                            const std::vector<std::string>& tracks) {
+    std::string file = "MThd" + Bytes({0, 0, 0, 6, 0, format, 0, static_cast<int>(tracks.size())});
+    file += Bytes(division);
+    for (const std::string& track : tracks)
+        file += "MTrk" + Bytes({0, 0, 0, static_cast<int>(track.size())}) + track;
+    return file;
+}
 
 // A RIFF file of 16-bit samples with whatever header a test wants.
 inline std::string MakeWav(unsigned channels, unsigned sampleRate, const std::string& data) {
