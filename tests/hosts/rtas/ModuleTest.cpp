@@ -13,6 +13,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -44,6 +45,7 @@ TEST(ModuleTest, ExportsItsEntryPointsAlone) {
 
 TEST(ModuleTest, RunsAndGoesAsOftenAsItComes) {
     const CTemporaryHome home;
+    std::thread([] {}).join(); // A sanitizer starts a thread of its own beside the first.
     const int threads = CountThreads();
     for (int round = 0; round < 3; ++round) {
         void* const module = dlopen(TEST_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
@@ -67,6 +69,8 @@ TEST(ModuleTest, RunsAndGoesAsOftenAsItComes) {
         EXPECT_EQ(Find<decltype(CloseMachOPlugIn)>(module, "CloseMachOPlugIn")(), 0);
         EXPECT_EQ(dlclose(module), 0);
         EXPECT_EQ(dlopen(TEST_MODULE_PATH, RTLD_NOW | RTLD_NOLOAD), nullptr);
-        EXPECT_EQ(CountThreads(), threads);
+        // One that has been joined may still be on its way out; one that stays hangs the test.
+        while (CountThreads() > threads)
+            std::this_thread::yield();
     }
 }

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <tuple>
 
 namespace LatheExt::RTASPlugin {
 namespace {
@@ -34,27 +34,18 @@ public:
     int m_Calls = 0;
 };
 
-std::vector<double> ReadAll(const CRTASTransportInfo& info) {
-    return {info.GetTempo(),
-            double(info.GetTimeSignatureNumerator()),
-            double(info.GetTimeSignatureDenominator()),
-            double(info.IsPlaying()),
-            double(info.IsLooping()),
-            double(info.IsRecording()),
-            double(info.GetSamplePosition()),
-            info.GetTimePosition(),
-            info.GetQuarterNotePosition(),
-            info.GetBarStart(),
-            info.GetLoopStart(),
-            info.GetLoopEnd(),
-            double(info.GetFrameRate()),
-            info.GetFrameOffset()};
+auto ReadAll(const CRTASTransportInfo& info) {
+    return std::tuple(info.GetTempo(), info.GetTimeSignatureNumerator(),
+                      info.GetTimeSignatureDenominator(), info.IsPlaying(), info.IsLooping(),
+                      info.IsRecording(), info.GetSamplePosition(), info.GetTimePosition(),
+                      info.GetQuarterNotePosition(), info.GetBarStart(), info.GetLoopStart(),
+                      info.GetLoopEnd(), info.GetFrameRate(), info.GetFrameOffset());
 }
 
 TEST(RTASTransportInfoTest, TellsWhatTheHostTells) {
-    const std::vector<double> silence(14);
-    const std::vector<double> playing = {90, 3, 8, 1, 1, 0, 22050, 0.5, 9600100.0 / 960000.0,
-                                         8,  1, 5, 0, 0};
+    const decltype(ReadAll({nullptr, 0.0})) silence;
+    const decltype(silence) playing(90.0, 3, 8, true, true, false, 22050, 0.5, 9600100.0 / 960000.0,
+                                    8.0, 1.0, 5.0, 0, 0.0);
     CFakeTransport host;
     const CRTASTransportInfo info(&host, 44100.0);
     EXPECT_EQ(ReadAll(info), playing);
