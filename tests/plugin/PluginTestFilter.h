@@ -62,6 +62,7 @@ inline const Runtime::CFactoryRegistration<CTestProperty, DataModel::Objects::ID
 
 struct STestFilterSetup {
     bool m_HasState = false, m_HasClock = false;
+    int m_Inputs = 2, m_Outputs = 2;
 };
 
 // The parameter is the level of what comes out, and the first output parameter repeats it; the
@@ -70,7 +71,8 @@ class CPluginTestFilter : public DSP::CBaseCoreDSPFilter, private Serialization:
 public:
     static constexpr int s_MaxLatency = 4096;
 
-    explicit CPluginTestFilter(STestFilterSetup setup = {}) : m_Setup(setup) {
+    explicit CPluginTestFilter(STestFilterSetup setup = {})
+        : m_Setup(setup), m_ProcessInfo(setup.m_Inputs, setup.m_Outputs) {
         using DSP::CParamInfo, DataModel::Objects::EParamType;
         m_InputParamsInfo.SetCount(1);
         m_OutputParamsInfo.SetCount(2);
@@ -94,10 +96,7 @@ public:
         static const DSP::CFilterProductInfo info("", "Test", "1.0", "", "", 9, "");
         return info;
     }
-    const DSP::IProcessInfo& GetProcessInfo() const override {
-        static const DSP::CProcessInfo info(2, 2);
-        return info;
-    }
+    const DSP::IProcessInfo& GetProcessInfo() const override { return m_ProcessInfo; }
     // Between two blocks; up to s_MaxLatency.
     void SetLatency(int samples) { m_TailLength = m_Latency = samples; }
 
@@ -109,6 +108,7 @@ public:
     }
     void Process(const DSP::CFilterProcessData& data) override {
         const CUse use(*this);
+        ++m_Blocks;
         CBaseCoreDSPFilter::Process(data);
     }
     bool ProcessSilence(const DSP::CFilterProcessData& data) override {
@@ -169,7 +169,7 @@ public:
     int GetOverlaps() const { return m_Overlaps; }
 
     DSP::CFilterInitInfo m_InitInfo;
-    int m_SilentBlocks = 0;
+    int m_Blocks = 0, m_SilentBlocks = 0;
     int m_State = 0; // The internal one.
 
 protected:
@@ -231,6 +231,7 @@ private:
     }
 
     STestFilterSetup m_Setup;
+    DSP::CProcessInfo m_ProcessInfo;
     DSP::COutputDataSync m_Clock{50.0};
     std::array<std::array<float, 2 * s_MaxLatency>, 2> m_Delays{};
     unsigned m_Position = 0;
