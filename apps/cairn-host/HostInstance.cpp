@@ -112,6 +112,8 @@ TResult<std::string> CHostInstance::GetChunk(std::uint32_t code) const {
     chunk.code = code;
     if (CStatus status = m_Module.Do(RTAS_GET_CHUNK_SIZE, &chunk, what.c_str()); !status)
         return status.GetFault();
+    if (chunk.recordSize < 0)
+        return SFault{what + " needs " + std::to_string(chunk.recordSize) + " bytes"};
     std::string record(static_cast<std::size_t>(chunk.recordSize), '\0');
     chunk.record = record.data();
     if (CStatus status = m_Module.Do(RTAS_GET_CHUNK, &chunk, what.c_str()); !status)
@@ -126,6 +128,14 @@ CStatus CHostInstance::SetChunk(std::uint32_t code, std::string record) {
     chunk.record = record.data();
     chunk.recordSize = static_cast<std::int32_t>(record.size());
     return m_Module.Do(RTAS_SET_CHUNK, &chunk, what.c_str());
+}
+
+bool CHostInstance::HoldsChunk(std::uint32_t code, std::string record) const {
+    auto chunk = Make<RTASChunk>();
+    chunk.code = code;
+    chunk.record = record.data();
+    chunk.recordSize = static_cast<std::int32_t>(record.size());
+    return m_Module.Call(RTAS_COMPARE_CHUNK, &chunk) == RTAS_OK && chunk.isEqual != 0;
 }
 
 TResult<std::string> CHostInstance::Command(const std::string& name, const std::string& argument) {

@@ -44,6 +44,8 @@ public:
     // A chunk is a whole record: its header of 56 bytes, and its data.
     TResult<std::string> GetChunk(std::uint32_t code) const;
     CStatus SetChunk(std::uint32_t code, std::string record);
+    // Whether the instance's state is that of the chunk, as far as the plug-in can tell.
+    bool HoldsChunk(std::uint32_t code, std::string record) const;
 
     // What the command gives, or what the plug-in says went wrong.
     TResult<std::string> Command(const std::string& name, const std::string& argument = {});

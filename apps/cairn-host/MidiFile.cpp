@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <string_view>
 
 namespace CairnHost {
 namespace {
@@ -71,13 +70,20 @@ private:
     bool m_Failed = false;
 };
 
-struct STempoChange {
+// Of one tick, what was read first comes first.
+struct STimed {
+    bool operator<(const STimed& other) const {
+        return m_Tick != other.m_Tick ? m_Tick < other.m_Tick : m_Order < other.m_Order;
+    }
     std::int64_t m_Tick;
+    std::size_t m_Order;
+};
+
+struct STempoChange : STimed {
     double m_Quarter; // Microseconds.
 };
 
-struct STrackEvent {
-    std::int64_t m_Tick;
+struct STrackEvent : STimed {
     SMidiEvent m_Event;
 };
 
@@ -99,7 +105,7 @@ void AddMessage(SSong& song, std::int64_t tick, std::string_view bytes) {
     if (bytes.empty() || bytes.size() > event.m_Data.size())
         return;
     std::copy(bytes.begin(), bytes.end(), event.m_Data.begin());
-    song.m_Events.push_back({tick, event});
+    song.m_Events.push_back({{tick, song.m_Events.size()}, event});
 }
 
 // What is wrong with the track, or nothing.
@@ -135,7 +141,8 @@ const char* ReadTrack(std::string_view bytes, SSong& song) {
                 const std::uint32_t quarter = CByteReader(data).Number(3);
                 if (data.size() != 3 || quarter == 0)
                     return "a tempo makes no sense";
-                song.m_Tempos.push_back({tick, static_cast<double>(quarter)});
+                song.m_Tempos.push_back(
+                    {{tick, song.m_Tempos.size()}, static_cast<double>(quarter)});
             }
         } else {
             return "an event has a status that files don't hold";
@@ -191,11 +198,10 @@ std::string ReadSong(std::string_view bytes, SSong& song) {
 }
 
 void ComputeSeconds(SSong& song) {
-    const auto byTick = [](const auto& a, const auto& b) { return a.m_Tick < b.m_Tick; };
-    std::stable_sort(song.m_Events.begin(), song.m_Events.end(), byTick);
-    std::stable_sort(song.m_Tempos.begin(), song.m_Tempos.end(), byTick);
+    std::sort(song.m_Events.begin(), song.m_Events.end());
+    std::sort(song.m_Tempos.begin(), song.m_Tempos.end());
     auto change = song.m_Tempos.begin();
-    STempoChange tempo = {0, s_DefaultQuarter};
+    STempoChange tempo = {{0, 0}, s_DefaultQuarter};
     double seconds = 0.0; // At the tempo's tick.
     const auto at = [&](std::int64_t tick) {
         return seconds + static_cast<double>(tick - tempo.m_Tick) * tempo.m_Quarter /
@@ -247,17 +253,24 @@ void AppendGap(std::string& bytes, std::int64_t ticks) {
 
 } // namespace
 
-TResult<std::vector<SMidiEvent>> ReadMidiFile(const std::string& path) {
-    const TResult<std::string> bytes = ReadWholeFile(path);
-    if (!bytes)
-        return bytes.GetFault();
+TResult<std::vector<SMidiEvent>> ReadMidi(std::string_view bytes) {
     SSong song;
-    if (const std::string fault = ReadSong(*bytes, song); !fault.empty())
-        return SFault{path + ": " + fault};
+    if (std::string fault = ReadSong(bytes, song); !fault.empty())
+        return SFault{std::move(fault)};
     ComputeSeconds(song);
     std::vector<SMidiEvent> events;
     for (const STrackEvent& event : song.m_Events)
         events.push_back(event.m_Event);
+    return events;
+}
+
+TResult<std::vector<SMidiEvent>> ReadMidiFile(const std::string& path) {
+    const TResult<std::string> bytes = ReadWholeFile(path);
+    if (!bytes)
+        return bytes.GetFault();
+    TResult<std::vector<SMidiEvent>> events = ReadMidi(*bytes);
+    if (!events)
+        return SFault{path + ": " + events.GetFault().m_Text};
     return events;
 }
 

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace CairnHost {
@@ -26,6 +27,8 @@ struct SMeter {
 // Files of format 0 and 1, by quarter notes with all changes of tempo, or by frames of film. The
 // events of all tracks come back in order of time, at one time in order of tracks. What is longer
 // than four bytes, such as most system exclusives, stays behind.
+TResult<std::vector<SMidiEvent>> ReadMidi(std::string_view bytes);
+// The same of a file, which the fault names.
 TResult<std::vector<SMidiEvent>> ReadMidiFile(const std::string& path);
 
 // The bytes of a file of format 0 with one tempo, in quarter notes a minute from 4 on, and one

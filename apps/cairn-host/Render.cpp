@@ -8,6 +8,7 @@
 #include "cairn-host/Module.h"
 #include "cairn-host/PresetStore.h"
 #include "cairn-host/RenderPlan.h"
+#include "cairn-host/SideOutputs.h"
 
 #include <algorithm>
 #include <cmath>
@@ -74,22 +75,23 @@ public:
           m_Output(m_LargestBlock),
           m_MidiOut(s_MidiOutRoom) {}
 
-    // In hertz.
+    // The rate in hertz.
     CStatus Prepare(int sampleRate, const CParameterTable& table);
     CStatus ProcessAll(CAudioReader& reader, CAudioWriter& writer, CProgress& progress);
-    // The files beside the audio: opened before the blocks, so that a bad path costs no time; and
-    // filled behind them.
-    CStatus OpenFiles();
-    CStatus FillFiles();
-    CStatus CommitFiles();
+    // Behind the last block.
+    CStatus FillFiles(CSideOutputs& files) {
+        return files.Fill(m_Instance, m_Sent, m_Plan.m_Meter);
+    }
 
     std::int64_t GetTailFrames() const {
         return std::llround(m_Options.m_TailSeconds * m_SampleRate);
     }
-    void AddNotes(std::vector<std::string>& notes) const;
+    // As of the end.
+    std::vector<std::string> TakeNotes();
 
 private:
     CStatus Configure(const CParameterTable& table);
+    CStatus LoadState();
     CStatus SetSettings(const CParameterTable& table);
     CStatus ScheduleEvents(const CParameterTable& table);
     CStatus Settle();
@@ -111,9 +113,7 @@ private:
     std::size_t m_NextMidi = 0;
     std::vector<RTASMIDIEvent> m_MidiOut;
     std::vector<SMidiEvent> m_Sent;
-    COutputFile m_MidiFile;
-    COutputFile m_StateFile;
-    COutputFile m_PresetFile;
+    std::vector<std::string> m_Notes;
 };
 
 CStatus CRenderer::Prepare(int sampleRate, const CParameterTable& table) {
@@ -130,10 +130,8 @@ CStatus CRenderer::Prepare(int sampleRate, const CParameterTable& table) {
 }
 
 CStatus CRenderer::Configure(const CParameterTable& table) {
-    for (const SChunk& chunk : m_Plan.m_State) {
-        if (CStatus status = m_Instance.SetChunk(chunk.m_Code, chunk.m_Record); !status)
-            return SFault{m_Options.m_StateIn + ": " + status.GetFault().m_Text};
-    }
+    if (CStatus status = LoadState(); !status)
+        return status;
     if (!m_Options.m_Preset.empty()) {
         if (CStatus status = LoadPreset(m_Instance, m_Options.m_Preset); !status)
             return status;
@@ -148,6 +146,20 @@ CStatus CRenderer::Configure(const CParameterTable& table) {
                           "\": " + mapped.GetFault().m_Text};
     }
     return ScheduleEvents(table);
+}
+
+CStatus CRenderer::LoadState() {
+    for (const SChunk& chunk : m_Plan.m_State) {
+        if (CStatus status = m_Instance.SetChunk(chunk.m_Code, chunk.m_Record); !status)
+            return SFault{m_Options.m_StateIn + ": " + status.GetFault().m_Text};
+    }
+    // A plug-in drops what it can't read without a word.
+    for (const SChunk& chunk : m_Plan.m_State) {
+        if (!m_Instance.HoldsChunk(chunk.m_Code, chunk.m_Record))
+            m_Notes.push_back(m_Options.m_StateIn + ": the plug-in didn't take the chunk \"" +
+                              CodeToText(chunk.m_Code) + "\" as it is");
+    }
+    return {};
 }
 
 CStatus CRenderer::SetSettings(const CParameterTable& table) {
@@ -270,59 +282,16 @@ RTASTransport CRenderer::MakeTransport(bool isPlaying) const {
     return transport;
 }
 
-CStatus CRenderer::OpenFiles() {
-    for (const auto& [file, path] : {std::pair{&m_MidiFile, &m_Options.m_MidiOut},
-                                     {&m_StateFile, &m_Options.m_StateOut},
-                                     {&m_PresetFile, &m_Options.m_SavePreset}}) {
-        if (path->empty())
-            continue;
-        if (CStatus status = file->Open(*path); !status)
-            return status;
-    }
-    return {};
-}
-
-CStatus CRenderer::FillFiles() {
-    const auto fill = [](COutputFile& file, const TResult<std::string>& bytes) -> CStatus {
-        if (!bytes)
-            return bytes.GetFault();
-        return file.Write(bytes->data(), bytes->size()) ? CStatus() : file.GetFault();
-    };
-    if (!m_Options.m_MidiOut.empty()) {
-        const std::string bytes = WriteMidiFile(m_Sent, m_Options.m_Tempo, m_Plan.m_Meter);
-        if (CStatus status = fill(m_MidiFile, bytes); !status)
-            return status;
-    }
-    if (!m_Options.m_StateOut.empty()) {
-        if (CStatus status = fill(m_StateFile, StoreState(m_Instance)); !status)
-            return status;
-    }
-    if (!m_Options.m_SavePreset.empty())
-        return fill(m_PresetFile, StorePreset(m_Instance, m_Options.m_SavePreset));
-    return {};
-}
-
-CStatus CRenderer::CommitFiles() {
-    for (const auto& [file, path] : {std::pair{&m_MidiFile, &m_Options.m_MidiOut},
-                                     {&m_StateFile, &m_Options.m_StateOut},
-                                     {&m_PresetFile, &m_Options.m_SavePreset}}) {
-        if (path->empty())
-            continue;
-        if (CStatus status = file->Commit(); !status)
-            return status;
-    }
-    return {};
-}
-
-void CRenderer::AddNotes(std::vector<std::string>& notes) const {
+std::vector<std::string> CRenderer::TakeNotes() {
     const auto note = [&](const std::string& path, std::size_t left, std::size_t all) {
         if (left > 0)
-            notes.push_back(path + ": " + std::to_string(left) + " of " + std::to_string(all) +
-                            " events lie behind the end of the audio, at frame " +
-                            std::to_string(m_Frame - m_Delay));
+            m_Notes.push_back(path + ": " + std::to_string(left) + " of " + std::to_string(all) +
+                              " events lie behind the end of the audio, at frame " +
+                              std::to_string(m_Frame - m_Delay));
     };
     note(m_Options.m_Automation, m_Events.size() - m_NextEvent, m_Events.size());
     note(m_Options.m_Midi, m_Plan.m_Midi.size() - m_NextMidi, m_Plan.m_Midi.size());
+    return std::move(m_Notes);
 }
 
 } // namespace
@@ -349,19 +318,20 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
             writer.Open(options.m_Output, reader.GetSampleRate(), plan->m_Subtype, expected);
         !status)
         return status.GetFault();
-    if (CStatus status = renderer.OpenFiles(); !status)
+    CSideOutputs files(options);
+    if (CStatus status = files.Open(); !status)
         return status.GetFault();
     if (CStatus status = renderer.ProcessAll(reader, writer, progress); !status)
         return status.GetFault();
-    if (CStatus status = renderer.FillFiles(); !status)
+    if (CStatus status = renderer.FillFiles(files); !status)
         return status.GetFault();
     if (CStatus status = writer.Close(); !status)
         return status.GetFault();
-    if (CStatus status = renderer.CommitFiles(); !status)
+    if (CStatus status = files.Commit(); !status)
         return status.GetFault();
 
     SRenderReport report;
-    renderer.AddNotes(report.m_Notes);
+    report.m_Notes = renderer.TakeNotes();
     if (writer.GetLimitedCount() > 0)
         report.m_Notes.push_back(options.m_Output + ": " +
                                  std::to_string(writer.GetLimitedCount()) +

@@ -5,9 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstring>
-#include <iterator>
+#include <sstream>
 #include <string>
 
 #define FAKE_EXPORT __attribute__((visibility("default")))
@@ -24,13 +23,11 @@ constexpr std::uint32_t s_Code = 0x66616B65; // 'fake'
 std::array<std::array<float, s_Delay>, 2> s_Line;
 std::string s_State;
 
-void KeepTransport(const RTASTransport& transport) {
-    char text[200];
-    std::snprintf(text, sizeof text, "%d %g %d/%d %lld %lld", transport.isPlaying, transport.tempo,
-                  transport.meterNumerator, transport.meterDenominator,
-                  static_cast<long long>(transport.samplePosition),
-                  static_cast<long long>(transport.tickPosition));
-    s_State = text;
+void KeepTransport(const RTASTransport& now) {
+    std::ostringstream text;
+    text << now.isPlaying << ' ' << now.tempo << ' ' << now.meterNumerator << '/'
+         << now.meterDenominator << ' ' << now.samplePosition << ' ' << now.tickPosition;
+    s_State = text.str();
 }
 
 int32_t Render(RTASRender& block) {
@@ -46,15 +43,15 @@ int32_t Render(RTASRender& block) {
     return RTAS_OK;
 }
 
+// The header's fields that a host reads, and the text.
 int32_t GetChunk(RTASChunk& chunk) {
-    std::string record(s_HeaderSize, '\0');
-    record += s_State;
-    const int32_t size = static_cast<int32_t>(record.size());
-    std::memcpy(record.data(), &size, sizeof size);
-    std::memcpy(record.data() + 20, &s_Code, sizeof s_Code);
-    chunk.recordSize = size;
-    if (chunk.record)
-        std::memcpy(chunk.record, record.data(), record.size());
+    chunk.recordSize = static_cast<int32_t>(s_HeaderSize + s_State.size());
+    if (!chunk.record)
+        return RTAS_OK;
+    char* record = static_cast<char*>(chunk.record);
+    std::memcpy(record, &chunk.recordSize, 4);
+    std::memcpy(record + 20, &s_Code, 4);
+    s_State.copy(record + s_HeaderSize, s_State.size());
     return RTAS_OK;
 }
 

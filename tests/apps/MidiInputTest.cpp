@@ -13,27 +13,25 @@ namespace {
 
 using namespace CairnHost;
 
-class MidiFile : public CFolderTest {
-protected:
-    std::string Read(const std::string& bytes) {
-        const auto events = ReadMidiFile(Write("a.mid", bytes));
-        if (!events)
-            return events.GetFault().m_Text.substr(In("").size());
-        std::ostringstream text;
-        for (const SMidiEvent& event : *events) {
-            text << event.m_Seconds << ':';
-            for (int i = 0; i < event.m_Length; ++i)
-                text << int{event.m_Data[static_cast<std::size_t>(i)]}
-                     << (i + 1 < event.m_Length ? "," : " ");
-        }
-        return text.str();
+// "SECONDS:BYTE,BYTE,BYTE " for each event, or what is wrong.
+std::string Read(const std::string& bytes) {
+    const auto events = ReadMidi(bytes);
+    if (!events)
+        return events.GetFault().m_Text;
+    std::ostringstream text;
+    for (const SMidiEvent& event : *events) {
+        text << event.m_Seconds;
+        for (int i = 0; i < event.m_Length; ++i)
+            text << (i == 0 ? ':' : ',') << int{event.m_Data[static_cast<std::size_t>(i)]};
+        text << ' ';
     }
-};
+    return text.str();
+}
 
 const std::string s_End = Bytes({0, 0xff, 0x2f, 0});
 const std::string s_Controller = Bytes({0, 0xb0, 7, 100});
 
-TEST_F(MidiFile, TimesFollowTheTempoInAllTracks) {
+TEST(MidiFile, TimesFollowTheTempoInAllTracks) {
     // Half a second to tick 480, then a quarter of a second each 480.
     const std::string tempo = Bytes({0x83, 0x60, 0xff, 0x51, 3, 3, 0xd0, 0x90});
     const std::string notes = Bytes({0x87, 0x40, 0x91, 60, 1, 0x83, 0x60, 60, 0});
@@ -47,7 +45,7 @@ TEST_F(MidiFile, TimesFollowTheTempoInAllTracks) {
               "0.75:193,5 ");
 }
 
-TEST_F(MidiFile, WhatIsNoShortMessageIsPassedOver) {
+TEST(MidiFile, WhatIsNoShortMessageIsPassedOver) {
     const std::string track = Bytes(
         {0, 0xf0, 5, 1, 2, 3, 4, 0xf7, 0, 0xff, 1, 2, 'h', 'i', 0, 0xf7, 1, 0xf8, 0, 0xf7, 0});
     EXPECT_EQ(Read(MakeMidi(0, {0, 96}, {track + s_Controller + s_End})), "0:248 0:176,7,100 ");
@@ -57,23 +55,20 @@ TEST_F(MidiFile, WhatIsNoShortMessageIsPassedOver) {
     EXPECT_EQ(Read(file), "0:176,7,100 ");
 }
 
-TEST_F(MidiFile, FaultNamesThePart) {
+TEST(MidiFile, FaultNamesThePart) {
     const auto track = [](std::initializer_list<int> bytes) {
         return MakeMidi(0, {0, 96}, {Bytes(bytes)});
     };
     const std::pair<std::string, const char*> cases[] = {
         {"", "isn't a MIDI file"},
-        {"RIFF some audio", "isn't a MIDI file"},
         {MakeMidi(0, {0, 96}, {}).substr(0, 12), "its header is cut short"},
         {MakeMidi(2, {0, 96}, {s_End}), "has format 2: expected 0 or 1"},
         {MakeMidi(0, {0, 0}, {s_End}), "its quarter notes have no ticks"},
         {MakeMidi(0, {0x80, 40}, {s_End}), "its frames a second make no sense"},
-        {MakeMidi(0, {0xe7, 0}, {s_End}), "its frames a second make no sense"},
         {MakeMidi(1, {0, 96}, {s_End, s_Controller}).substr(0, 30), "track 2: is cut short"},
         {track({0, 7, 100}), "track 1: an event has no status"},
         {track({0, 0xb0, 7}), "track 1: an event is cut short"},
         {track({0xff, 0xff, 0xff, 0xff, 0, 0xb0, 7, 1}), "track 1: an event is cut short"},
-        {track({0, 0xff, 0x51}), "track 1: an event is cut short"},
         {track({0, 0xf0, 0xff, 0xff, 0xff, 0x7f, 1}), "track 1: an event is cut short"},
         {track({0, 0xb0, 7, 0x90}), "track 1: an event has data beyond 127"},
         {track({0, 0xff, 0x51, 3, 0, 0, 0}), "track 1: a tempo makes no sense"},
@@ -81,29 +76,34 @@ TEST_F(MidiFile, FaultNamesThePart) {
         {track({0, 0xf3, 1}), "track 1: an event has a status that files don't hold"},
     };
     for (const auto& [bytes, fault] : cases)
-        EXPECT_EQ(Read(bytes), std::string("a.mid: ") + fault);
-    EXPECT_NE(ReadMidiFile(In("")).GetFault().m_Text.find("is a folder"), std::string::npos);
+        EXPECT_EQ(Read(bytes), fault);
+    EXPECT_EQ(ReadMidiFile("/").GetFault().m_Text, "/: is a folder: expected a file");
 }
 
-TEST_F(MidiFile, AnyBytesAreReadOrRefused) {
+TEST(MidiFile, AnyBytesAreReadOrRefused) {
     const std::string whole = MakeMidi(1, {0, 96}, {s_Controller + s_End, s_Controller + s_End});
     std::mt19937 generator(1);
-    for (std::size_t i = 0; i < 2000; ++i) {
+    for (std::size_t i = 0; i < 20000; ++i) {
         std::string bytes = whole;
         bytes[generator() % bytes.size()] = static_cast<char>(generator());
         bytes.resize(i % (whole.size() + 1));
-        EXPECT_FALSE(Read(bytes).starts_with("0:176,7,100 0:176,7,100 ") &&
-                     bytes.size() < whole.size() - s_End.size());
+        const auto events = ReadMidi(bytes);
+        double last = 0.0;
+        for (std::size_t k = 0; events && k < events->size(); ++k) {
+            EXPECT_GE((*events)[k].m_Seconds, last);
+            EXPECT_TRUE((*events)[k].m_Length >= 1 && (*events)[k].m_Length <= 4);
+            last = (*events)[k].m_Seconds;
+        }
     }
 }
 
-TEST_F(MidiFile, WrittenEventsReadBackWithinATick) {
+TEST(MidiFile, WrittenEventsReadBackWithinATick) {
     const std::vector<SMidiEvent> events = {{0.0, 3, {0x90, 60, 1}},
                                             {1.23456, 1, {0xf8}},
                                             {1.23456, 2, {0xc3, 9}},
                                             {900.5, 4, {0xf0, 1, 2, 0xf7}}};
     for (const double tempo : {4.0, 97.3, 1000.0}) {
-        const auto back = ReadMidiFile(Write("a.mid", WriteMidiFile(events, tempo, {7, 8})));
+        const auto back = ReadMidi(WriteMidiFile(events, tempo, {7, 8}));
         ASSERT_TRUE(back) << back.GetFault().m_Text;
         ASSERT_EQ(back->size(), events.size());
         for (std::size_t i = 0; i < events.size(); ++i) {
@@ -125,10 +125,8 @@ TEST(MidiMap, IsReadOrRefusedByThePart) {
         {"Stereo Mode=cc:7,max:Mid-Side", "2\t7\t0\t\t1\t"},
         {"Mid (1)", "expected PARAMETER=cc:N, such as"},
         {"Loud=cc:7", "no parameter is called \"Loud\""},
-        {"Mid (1)=", "\"\": expected cc:N, channel:N, min:TEXT"},
         {"Mid (1)=cc", "\"cc\": expected cc:N"},
         {"Mid (1)=note:7", "\"note:7\": expected cc:N"},
-        {"Mid (1)=channel:7", "expected cc:N"},
         {"Mid (1)=cc:7,cc:8", "\"cc:8\": cc is there twice"},
         {"Mid (1)=cc:128", "cc \"128\": expected a whole number from 0 to 127"},
         {"Mid (1)=cc:7,channel:17", "channel \"17\": expected a whole number from 0 to 16"},

@@ -39,7 +39,7 @@ SRenderOptions WithSettings(const std::vector<std::string>& settings) {
     return options;
 }
 
-TEST_F(PluginRender, ControllerMovesTheGainInTheBlockOfItsFrame) {
+TEST_F(PluginRender, ControllerMovesTheGainAtItsFrame) {
     SAudio level = MakeLevel(s_Rate, 0.05f);
     level.m_SampleRate = s_Rate;
     WriteAudio("in.wav", level);
@@ -50,22 +50,15 @@ TEST_F(PluginRender, ControllerMovesTheGainInTheBlockOfItsFrame) {
         MakeMidi(0, {1, 0xe0}, {tempo + Bytes({0x83, 0x60, 0xb2, 7, 127}) + end}),
         MakeMidi(1, {1, 0xe0}, {tempo + end, Bytes({0x87, 0x40, 0xb2, 7, 127}) + end})};
     SRenderOptions options;
+    options.m_BlockSizes = "1";
     options.m_MidiMaps = {"Gain (1)=cc:7,channel:3,min:-20,max:20",
                           "Gain (2)=cc:7,channel:4,min:-20,max:20"};
     for (const std::string& file : files) {
         options.m_Midi = Write("in.mid", file);
-        options.m_BlockSizes = "1";
         const SAudio output = Run(options);
         for (std::size_t i = 0; i < output.m_Left.size(); ++i)
             ASSERT_NEAR(output.m_Left[i], i < 6000 ? 0.05 : 0.5, i == 6000 ? 0.5 : 1e-6) << i;
         EXPECT_EQ(output.m_Right, level.m_Right) << "the channel didn't count";
-        // In a larger block the value ramps from the block's start to its end.
-        options.m_BlockSizes = "512";
-        const SAudio ramp = Run(options);
-        for (std::size_t i = 0; i < ramp.m_Left.size(); ++i) {
-            const double part = std::clamp((static_cast<double>(i) - 5632.0) / 512.0, 0.0, 1.0);
-            ASSERT_NEAR(ramp.m_Left[i], 0.05 * std::pow(10.0, part), 1e-4) << i;
-        }
     }
     EXPECT_TRUE(m_Notes.empty());
     options.m_Midi =
@@ -88,6 +81,7 @@ TEST_F(PluginRender, BypassPassesTheInput) {
 TEST_F(PluginRender, MapBoundsAutomationButNotSettings) {
     WriteAudio("in.wav", MakeLevel(1000, 0.05f));
     SRenderOptions options = WithSettings({"Gain (1)=20"});
+    options.m_BlockSizes = "1";
     options.m_MidiMaps = {"Gain (1)=cc:7,max:6"};
     EXPECT_NEAR(Run(options).m_Left[0], 0.5, 1e-6);
     options.m_Automation = Write("a.csv", "frame,parameter,value\n9,Gain (1),7\n");
@@ -127,8 +121,6 @@ TEST_F(PluginRender, PresetLiesBetweenStateAndSettings) {
     load.m_Preset = In("a.preset");
     EXPECT_EQ(Run(load), expected);
     load.m_Settings = {"Mid (1)=-20", "High (2)=4", "Low (2)=0"};
-    EXPECT_NE(Run(load), expected);
-    load.m_SavePreset = In("b.preset");
     EXPECT_EQ(Run(load), Run(other));
 }
 
@@ -177,7 +169,6 @@ TEST_F(PluginRender, HostileStatesAreRefusedInOneLine) {
         {good + "tail", "is cut short"},
         {withSize({55, 0, 0, 0}), "the chunk at byte 0 claims 55 bytes: expected 56 to"},
         {withSize({0, 0, 0, 0x80}), "claims -2147483648 bytes"},
-        {withSize({0xff, 0xff, 0xff, 0x7f}), "claims 2147483647 bytes"},
         {unknown, "taking the chunk"},
         {withSize({56, 0, 0, 0}).substr(0, 56), "taking the chunk \"elck\" failed"},
     };
@@ -188,6 +179,16 @@ TEST_F(PluginRender, HostileStatesAreRefusedInOneLine) {
         EXPECT_TRUE(text.starts_with(options.m_StateIn + ": ")) << text;
         EXPECT_NE(text.find(fault), std::string::npos) << text;
     }
+    // What the plug-in drops without a word is told at least.
+    options.m_StateIn = In("good.state");
+    Run(options);
+    EXPECT_TRUE(m_Notes.empty());
+    std::string garbled = good;
+    garbled[good.find("<Preset")] = '>';
+    options.m_StateIn = Write("bad.state", garbled);
+    Run(options);
+    ASSERT_EQ(m_Notes.size(), 1u);
+    EXPECT_TRUE(m_Notes[0].ends_with("didn't take the chunk \"mrws\" as it is")) << m_Notes[0];
 }
 
 } // namespace

@@ -68,6 +68,9 @@ public:
 
     void RenderAudio(float** inputs, float** outputs, int numSamples) LATHE_REALTIME override;
 
+protected:
+    Lathe::Audio::Plugin::CAudioPluginInternals& GetInternals() { return m_Internals; }
+
 private:
     // What the filter sees of a block; the MIDI settings see all.
     static constexpr int s_MaxFilterEvents = 2048;

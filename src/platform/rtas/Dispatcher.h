@@ -96,7 +96,7 @@ typedef struct RTASNewProcess {
     int32_t typeIndex;
     int32_t sampleRate;   /* Hertz. */
     int32_t maxBlockSize; /* Samples. */
-    int32_t inputs;       /* Channels that the host connects. */
+    int32_t inputs;       /* Channels that the host connects, at most 64; any type takes any. */
     int32_t outputs;
     int32_t isAudioSuite; /* Offline: no MIDI, no transport. */
     RTASHostCalls calls;
@@ -132,8 +132,8 @@ typedef struct RTASRender {
     RTASProcess* process;
     float* const* inputs; /* As many as the host connects; may be the outputs. */
     float* const* outputs;
-    int32_t numSamples;
-    const RTASMIDIEvent* midiIn; /* In order of offset; null for none. */
+    int32_t numSamples;          /* From 0 to maxBlockSize. */
+    const RTASMIDIEvent* midiIn; /* In order of offset, all within the block; null for none. */
     int32_t midiInCount;
     RTASMIDIEvent* midiOut; /* Room for midiOutRoom events; null for none. */
     int32_t midiOutRoom;
@@ -166,9 +166,10 @@ typedef struct RTASControlText {
 typedef struct RTASChunk {
     uint32_t size;
     RTASProcess* process;
-    int32_t index;      /* For RTAS_GET_CHUNK_CODE: from 0. */
-    uint32_t code;      /* A four-character code. */
-    void* record;       /* 56 bytes of header, then the data. */
+    int32_t index; /* For RTAS_GET_CHUNK_CODE: from 0. */
+    uint32_t code; /* A four-character code. */
+    /* 56 bytes of header, which begin with the size, then the data; aligned as an int32_t. */
+    void* record;
     int32_t recordSize; /* In bytes: the room of the record, or what it has. */
     int32_t isEqual;
 } RTASChunk;
@@ -192,7 +193,8 @@ typedef struct RTASPluginCommand {
     const char* result; /* A text, or what went wrong in one line. */
 } RTASPluginCommand;
 
-/* The four entry points of a module. The first returns 0, or what kept it from starting. */
+/* The four entry points of a module. The first returns 0, or what kept it from starting; the second
+ * deletes the instances that are left. */
 int32_t NewMachOPlugIn(void* bundle);
 int32_t CloseMachOPlugIn(void);
 int32_t Dispatcher(int32_t version, int32_t operation, void* argument);

@@ -23,6 +23,7 @@ namespace {
 std::array<RTASProcess, 4096> g_Processes;
 // Of those who change the table.
 std::mutex g_Lock;
+std::size_t g_NextPlace = 0;
 
 bool IsInTable(const RTASProcess* process) {
     const auto offset = reinterpret_cast<std::uintptr_t>(process) -
@@ -40,6 +41,27 @@ bool Aim(float* const* from, std::vector<float*>& to) {
     }
     return true;
 }
+
+// What the host gave with a block is within reach of the process for no longer than that, even if
+// the block ends in an exception.
+class CBlockScope {
+public:
+    CBlockScope(CEffectProcessMIDI* process, RTASRender& render)
+        : m_Process(process), m_Render(render) {
+        if (m_Process)
+            m_Process->BeginBlock(m_Render);
+    }
+    ~CBlockScope() {
+        if (m_Process)
+            m_Process->EndBlock(m_Render);
+    }
+    CBlockScope(const CBlockScope&) = delete;
+    CBlockScope& operator=(const CBlockScope&) = delete;
+
+private:
+    CEffectProcessMIDI* m_Process;
+    RTASRender& m_Render;
+};
 
 CEffectProcessRTAS& ToEffect(CProcess* process) {
     if (auto* const effect = dynamic_cast<CEffectProcessRTAS*>(process))
@@ -68,16 +90,20 @@ bool CInstance::AimBuffers(const RTASRender& render) {
 
 void CInstance::RenderBlock(RTASRender& render) {
     render.midiOutCount = 0;
-    if (m_MIDI)
-        m_MIDI->BeginBlock(render);
+    const CBlockScope scope(m_MIDI, render);
     m_Effect.RenderAudio(m_Inputs.data(), m_Outputs.data(), render.numSamples);
-    if (m_MIDI)
-        m_MIDI->EndBlock(render);
 }
 
+const char* CInstance::Lend(std::string text) {
+    m_Lent = std::move(text);
+    return m_Lent.c_str();
+}
+
+// Places are taken in turn, so that the handle of a deleted instance stays unknown for long.
 RTASProcess* AddInstance(std::unique_ptr<CInstance> instance) {
     const std::lock_guard lock(g_Lock);
-    for (RTASProcess& process : g_Processes) {
+    for (std::size_t i = 0; i < g_Processes.size(); ++i) {
+        RTASProcess& process = g_Processes[g_NextPlace++ % g_Processes.size()];
         if (!process.m_Instance.load(std::memory_order_relaxed)) {
             process.m_Instance.store(instance.release(), std::memory_order_release);
             return &process;

@@ -28,8 +28,8 @@ public:
     // One block, with the buffers that were aimed.
     void RenderBlock(RTASRender& render) LATHE_REALTIME;
 
-    // Of the last command of the plug-in's own.
-    std::string m_CommandResult;
+    // The text, which stays until the next is lent.
+    const char* Lend(std::string text);
 
 private:
     std::unique_ptr<CProcess> m_Process;
@@ -38,6 +38,7 @@ private:
     CEffectProcessMIDI* m_MIDI;
     std::vector<float*> m_Inputs;
     std::vector<float*> m_Outputs;
+    std::string m_Lent;
 };
 
 // Null when there is no room for another.

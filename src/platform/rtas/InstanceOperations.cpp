@@ -74,8 +74,7 @@ std::int32_t PluginCommand(CInstance& instance, RTASPluginCommand& call) {
         return RTAS_WRONG_ARGUMENT;
     std::string result;
     call.succeeded = instance.GetProcess().PluginCommand(call.name, call.argument, result);
-    instance.m_CommandResult = std::move(result);
-    call.result = instance.m_CommandResult.c_str();
+    call.result = instance.Lend(std::move(result));
     return RTAS_OK;
 }
 

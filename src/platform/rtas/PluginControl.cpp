@@ -25,9 +25,8 @@ std::string_view ChooseForm(std::string_view names, std::size_t length) {
     std::string_view best = names.substr(0, names.find('\n'));
     while (!names.empty()) {
         const std::string_view form = names.substr(0, names.find('\n'));
-        const bool isBetter =
-            best.size() > length ? form.size() < best.size() : form.size() > best.size();
-        if (isBetter && (form.size() <= length || best.size() > length))
+        if (best.size() > length ? form.size() < best.size()
+                                 : form.size() > best.size() && form.size() <= length)
             best = form;
         names.remove_prefix(std::min(names.size(), form.size() + 1));
     }

@@ -1,0 +1,77 @@
+// Proves that a host gets at presets and MIDI mappings by name, and hears in one line what is wrong
+// with a request, which then changes nothing.
+#include "hosts/rtas/TestProcess.h"
+
+#include <gtest/gtest.h>
+
+namespace LatheExt::RTASPlugin {
+namespace {
+
+TEST(PluginCommandsTest, PresetsAreListedSavedAndLoaded) {
+    CTestProcess host;
+    const std::string presets = host.m_Settings.GetDataPath().GetUserPresetsFolder();
+    host.Start().Move(2, s_Top);
+    std::filesystem::create_directories(presets + "/A/B");
+    EXPECT_EQ(host.Command("save-preset", presets + "/A/B/Loud\t1.preset"), "");
+    EXPECT_EQ(host.Command("current-preset"), "Loud?1");
+    host.Move(2, s_Bottom);
+    EXPECT_EQ(host.Command("save-preset", presets + "/Default.preset"), "");
+    EXPECT_EQ(host.Command("list-presets"),
+              "0\tuser\tA/B\tLoud?1\t\n1\tuser\t\tDefault\tdefault\n");
+    EXPECT_EQ(host.Command("apply-preset", "0"), "");
+    EXPECT_EQ(host.GetValue(2), s_Top);
+    EXPECT_EQ(host.Command("load-preset", presets + "/Default.preset"), "");
+    EXPECT_EQ(host.GetValue(2), s_Bottom);
+}
+
+TEST(PluginCommandsTest, AMappingHasARangeAndACurve) {
+    CTestProcess host;
+    host.Start();
+    const auto& midi = host.m_Process.GetInternals().GetMIDIController();
+    const auto check = [&](const char* mapping, const auto& setting, auto... expected) {
+        EXPECT_EQ(host.Command("map-midi", mapping), "");
+        EXPECT_EQ(std::tuple(setting.IsMIDIEnabled(), setting.GetNumber(), setting.GetChannel(),
+                             setting.GetMin(), setting.GetMax(), setting.GetCurve()),
+                  std::tuple(true, expected...));
+    };
+    using Lathe::Math::EParamValueCurve;
+    check("2\t127\t0\t1.5\t0.5\tExp", midi.GetInputSettings()[1], 127, 0, 1.5, 0.5,
+          EParamValueCurve::Exp);
+    const auto& connections = host.m_Process.GetInternals().GetConnections();
+    EXPECT_FALSE(connections.GetMIDIInputDefault()->GetValue());
+    EXPECT_TRUE(connections.GetMIDIOutputDefault()->GetValue());
+    check("4\t0\t16\t\t\t", midi.GetOutputSettings()[1], 0, 16, 0.0, 9.0, EParamValueCurve::Linear);
+    EXPECT_FALSE(connections.GetMIDIOutputDefault()->GetValue());
+}
+
+TEST(PluginCommandsTest, WhatIsWrongIsNamed) {
+    CTestProcess host;
+    host.Start();
+    host.m_Home.Write("half", "<Preset><inputParams");
+    host.m_Home.Write("other", "<Settings/>");
+    const std::string home = host.m_Home.In("");
+    const std::string before = host.Command("current-preset");
+    for (const auto& [command, argument, fault] : {
+             std::tuple{"load-preset", home + "none", home + "none: there is no such file"},
+             {"load-preset", home + "half", home + "half: not a well-formed document"},
+             {"load-preset", home + "other", home + "other: not a preset"},
+             {"apply-preset", "0", "'0' is no index of a preset"},
+             {"apply-preset", "x", "'x' is no index of a preset"},
+             {"map-midi", "", "a mapping has six fields with tabs between them"},
+             {"map-midi", "2\t1\t1\t\t\t\t", "a mapping has six fields with tabs between them"},
+             {"map-midi", "5\t1\t1\t\t\t", "control '5' is not a number from 1 to 4"},
+             {"map-midi", "2\t128\t1\t\t\t", "controller '128' is not a number from 0 to 127"},
+             {"map-midi", "2\t1\t1x\t\t\t", "channel '1x' is not a number from 0 to 16"},
+             {"map-midi", "3\t1\t0\t\t\t", "channel '0' is not a number from 1 to 16"},
+             {"map-midi", "2\t1\t1\tlow\t\t", "minimum 'low' is not a value of the control"},
+             {"map-midi", "2\t1\t1\t\t2.5\t", "maximum '2.5' is not a value of the control"},
+             {"map-midi", "2\t1\t1\t\t\tSteep", "curve 'Steep' is not a curve"},
+         })
+        EXPECT_EQ(host.Command(command, argument), "! " + std::string(fault));
+    EXPECT_EQ(host.Command("current-preset"), before);
+    EXPECT_TRUE(host.m_Process.GetInternals().GetConnections().GetMIDIInputDefault()->GetValue());
+    EXPECT_EQ(host.Command("save-preset", home + "no/a"), "! " + home + "no/a: can't be written");
+}
+
+} // namespace
+} // namespace LatheExt::RTASPlugin

@@ -1,0 +1,128 @@
+// An instance with a filter that notes what it is given, and a host around it that notes what it
+// hears and has up to three channels of buffers.
+#pragma once
+
+#include "hosts/rtas/RTASEffectProcess.h"
+#include "platform/rtas/FourCharCode.h"
+#include "plugin/PluginTestFilter.h"
+#include "plugin/TestHost.h"
+
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace LatheExt::RTASPlugin {
+
+using namespace Lathe::Audio;
+
+inline constexpr long s_Bottom = std::numeric_limits<std::int32_t>::min();
+inline constexpr long s_Top = std::numeric_limits<std::int32_t>::max();
+
+// All since it was last emptied: "2=100 " for a value, "touch2 " and "release2 ".
+struct SHostLog {
+    template <int kind>
+    static void Note(void* log, std::int32_t control) {
+        static_cast<SHostLog*>(log)->m_Text +=
+            (kind == 0 ? "touch" : "release") + std::to_string(control) + " ";
+    }
+    static void NoteValue(void* log, std::int32_t control, std::int32_t value) {
+        static_cast<SHostLog*>(log)->m_Text +=
+            std::to_string(control) + "=" + std::to_string(value) + " ";
+    }
+    RTASHostCalls MakeCalls() { return {this, NoteValue, Note<0>, Note<1>}; }
+    std::string Take() { return std::exchange(m_Text, ""); }
+
+    std::string m_Text;
+};
+
+// Notes the events and the time line of its last block, and all its rates.
+class CSeenFilter : public Plugin::CPluginTestFilter {
+public:
+    using CPluginTestFilter::CPluginTestFilter;
+
+    void Init(double sampleRate, const DSP::CFilterInitInfo& info) override {
+        m_Rates.push_back(sampleRate);
+        CPluginTestFilter::Init(sampleRate, info);
+    }
+    bool ProcessSilence(const DSP::CFilterProcessData& data) override {
+        m_Events = data.m_pMIDIEvents->GetCount();
+        m_HasTransport = data.m_pTransportInfo != nullptr;
+        return CPluginTestFilter::ProcessSilence(data);
+    }
+
+    std::vector<double> m_Rates;
+    int m_Events = -1;
+    bool m_HasTransport = false;
+};
+
+class COpenProcess : public CRTASEffectProcess {
+public:
+    using CRTASEffectProcess::CRTASEffectProcess;
+    using CRTASEffectProcess::GetInternals;
+};
+
+class CTestProcess {
+public:
+    // The filter is the process's.
+    explicit CTestProcess(std::unique_ptr<DSP::IFilter> filter)
+        : m_Seen(dynamic_cast<CSeenFilter*>(filter.get())),
+          m_Process(MakeConfig(filter.release())) {
+        m_Setup.m_Calls = m_Log.MakeCalls();
+    }
+    explicit CTestProcess(Plugin::STestFilterSetup setup = {})
+        : CTestProcess(std::make_unique<CSeenFilter>(setup)) {}
+
+    CTestProcess& Start() {
+        m_Process.SetUp(m_Setup);
+        m_Process.InitControls();
+        m_Process.Initialize();
+        m_Log.Take();
+        return *this;
+    }
+    void Render(int frames = 64, const std::vector<RTASMIDIEvent>& events = {}) LATHE_REALTIME {
+        float* inputs[] = {m_Inputs[0].data(), m_Inputs[1].data(), m_Inputs[2].data()};
+        float* outputs[] = {m_Outputs[0].data(), m_Outputs[1].data(), m_Outputs[2].data()};
+        const RTASTransport transport{};
+        RTASRender render{};
+        render.midiIn = events.data();
+        render.midiInCount = static_cast<int>(events.size());
+        render.midiOut = &m_Sent;
+        render.midiOutRoom = 1;
+        render.transport = &transport;
+        m_Process.BeginBlock(render);
+        m_Process.RenderAudio(m_IsInPlace ? outputs : inputs, outputs, frames);
+        m_Process.EndBlock(render);
+        m_SentCount = render.midiOutCount;
+    }
+    void Move(long control, long value) { m_Process.OnControlValueChanged(control, value); }
+    long GetValue(int control) const { return m_Process.GetControl(control)->GetValue(); }
+    // The result, behind "! " when it failed.
+    std::string Command(const char* name, const std::string& argument = "") {
+        std::string result;
+        return m_Process.PluginCommand(name, argument.c_str(), result) ? result : "! " + result;
+    }
+
+    CTemporaryHome m_Home;
+    Plugin::CTestSettings m_Settings{nullptr};
+    SHostLog m_Log;
+    SProcessSetup m_Setup;
+    // Null for another filter.
+    CSeenFilter* m_Seen;
+    bool m_IsInPlace = false;
+    std::vector<std::vector<float>> m_Inputs{3, std::vector<float>(512)};
+    std::vector<std::vector<float>> m_Outputs{3, std::vector<float>(512, -1.0f)};
+    // Of the last block.
+    RTASMIDIEvent m_Sent{};
+    int m_SentCount = 0;
+    COpenProcess m_Process;
+
+private:
+    Plugin::CAudioPluginConfig MakeConfig(DSP::IFilter* filter) {
+        Plugin::CAudioPluginConfig config;
+        config.filter = filter;
+        config.staticSettings = &m_Settings;
+        return config;
+    }
+};
+
+} // namespace LatheExt::RTASPlugin

@@ -1,0 +1,112 @@
+// The four entry points: what a module tells of itself, what they refuse, and what becomes of
+// exceptions.
+
+#include "platform/rtas/DAEError.h"
+#include "platform/rtas/TestPlugin.h"
+
+#include <stdexcept>
+
+namespace {
+
+using CEntryPointsTest = CModuleTest;
+
+TEST_F(CEntryPointsTest, GroupAndTypeTellOfThemselves) {
+    RTASGroupInfo group{};
+    EXPECT_EQ(Dispatch(RTAS_GET_GROUP_INFO, group), RTAS_OK);
+    EXPECT_EQ(group.manufacturerId, 0x6d616b65u);
+    EXPECT_EQ(group.productId, MakeFourCharCode("prod"));
+    EXPECT_EQ(group.typeCount, 1);
+    EXPECT_STREQ(group.productNames, "Long Name\nLong\nL");
+    RTASTypeInfo type{};
+    EXPECT_EQ(Dispatch(RTAS_GET_TYPE_INFO, type), RTAS_OK);
+    EXPECT_EQ(type.typeId, 7);
+    EXPECT_EQ(type.inputChannels, 2);
+    EXPECT_EQ(type.outputChannels, 6);
+    type.index = 1;
+    EXPECT_EQ(Dispatch(RTAS_GET_TYPE_INFO, type), RTAS_WRONG_ARGUMENT);
+}
+
+TEST_F(CEntryPointsTest, EveryOperationRefusesWhatItCannotRead) {
+    auto call = MakeCall<RTASProcessCall>(New());
+    EXPECT_EQ(Dispatch(RTAS_DELETE_PROCESS, call), RTAS_OK);
+    RTASProcess* const handles[]{
+        nullptr, call.process, reinterpret_cast<RTASProcess*>(&call),
+        reinterpret_cast<RTASProcess*>(reinterpret_cast<std::uintptr_t>(m_Process) + 1)};
+    New();
+    // Large enough for all structures, which begin with size and process.
+    RTASProcessCall argument[40]{};
+    const auto ask = [](int operation, void* structure) {
+        return Dispatcher(RTAS_DISPATCHER_VERSION, operation, structure);
+    };
+    int known = 0;
+    for (int operation = -1; operation < 50; ++operation) {
+        EXPECT_EQ(Dispatcher(RTAS_DISPATCHER_VERSION + 1, operation, argument), RTAS_WRONG_VERSION);
+        if (ask(operation, nullptr) == RTAS_UNKNOWN_OPERATION)
+            continue;
+        ++known;
+        EXPECT_EQ(ask(operation, nullptr), RTAS_WRONG_ARGUMENT);
+        argument[0] = {sizeof(RTASProcessCall) - 1, m_Process, 0};
+        EXPECT_EQ(ask(operation, argument), RTAS_WRONG_ARGUMENT);
+        for (RTASProcess* const unknown : handles) {
+            argument[0] = {sizeof argument, unknown, 0};
+            EXPECT_EQ(operation > RTAS_NEW_PROCESS ? ask(operation, argument) : RTAS_WRONG_ARGUMENT,
+                      RTAS_WRONG_ARGUMENT);
+        }
+    }
+    EXPECT_EQ(known, 22);
+    EXPECT_EQ(CDSPDoHostCommand(0, nullptr), RTAS_UNKNOWN_OPERATION);
+    EXPECT_EQ(g_Plan.m_LivingProcesses, 2);
+}
+
+TEST_F(CEntryPointsTest, NewProcessRefusesWhatNoHostHas) {
+    for (std::int32_t RTASNewProcess::*const field :
+         {&RTASNewProcess::typeIndex, &RTASNewProcess::sampleRate, &RTASNewProcess::maxBlockSize,
+          &RTASNewProcess::inputs, &RTASNewProcess::outputs}) {
+        RTASNewProcess call = m_New;
+        call.*field = -1;
+        EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, call), RTAS_WRONG_ARGUMENT);
+        EXPECT_EQ(call.process, nullptr);
+    }
+}
+
+TEST_F(CEntryPointsTest, ExceptionsBecomeCodes) {
+    const std::pair<std::function<void()>, int> cases[]{
+        {[] { throw CDAEError(-42); }, -42},
+        {[] { throw std::runtime_error("fault"); }, -7401},
+        {[] { throw 1; }, -7401},
+    };
+    bool isPlaying = false;
+    for (const auto& [fault, code] : cases) {
+        m_Plugin.m_InBlock = fault;
+        EXPECT_EQ(Dispatch(RTAS_RENDER, m_Render), code);
+        // The block is over all the same.
+        EXPECT_NE(m_Plugin.GetHostTransport().IsPlaying(&isPlaying), 0);
+        g_Plan.m_OnStart = fault;
+        EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, m_New), code);
+        EXPECT_EQ(m_New.process, nullptr);
+        EXPECT_EQ(g_Plan.m_LivingProcesses, 1);
+    }
+    CloseMachOPlugIn();
+    for (const auto& [fault, code] : cases) {
+        g_Plan.m_OnStart = fault;
+        EXPECT_EQ(NewMachOPlugIn(nullptr), code);
+    }
+    g_Plan.m_HasGroup = false;
+    EXPECT_EQ(NewMachOPlugIn(nullptr), -7003);
+    EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, m_New), RTAS_NO_GROUP);
+}
+
+TEST_F(CEntryPointsTest, CommandsAndRatesReachTheirInstanceAlone) {
+    auto rate = MakeCall<RTASProcessCall>(New());
+    EXPECT_EQ(Dispatch(RTAS_SET_SAMPLE_RATE, rate), RTAS_WRONG_ARGUMENT);
+    rate.value = 96000;
+    EXPECT_EQ(Dispatch(RTAS_SET_SAMPLE_RATE, rate), RTAS_OK);
+    EXPECT_EQ(g_Plan.m_LastProcess->GetSampleRate() - m_Plugin.GetSampleRate(), 48000);
+    auto command = MakeCall<RTASPluginCommand>(m_Process);
+    EXPECT_EQ(Dispatch(RTAS_PLUGIN_COMMAND, command), RTAS_WRONG_ARGUMENT);
+    command.name = "fly";
+    EXPECT_EQ(Dispatch(RTAS_PLUGIN_COMMAND, command), RTAS_OK);
+    EXPECT_STREQ(command.result, "Unknown command: fly");
+}
+
+} // namespace
