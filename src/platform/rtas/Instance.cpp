@@ -89,7 +89,6 @@ bool CInstance::AimBuffers(const RTASRender& render) {
 }
 
 void CInstance::RenderBlock(RTASRender& render) {
-    render.midiOutCount = 0;
     const CBlockScope scope(m_MIDI, render);
     m_Effect.RenderAudio(m_Inputs.data(), m_Outputs.data(), render.numSamples);
 }

@@ -20,17 +20,14 @@ std::int32_t ToControlValue(long value) {
     return static_cast<std::int32_t>(std::clamp<long>(value, Limits::min(), Limits::max()));
 }
 
-// Of the lines, the longest that fits, else the shortest.
+// The first line that fits, else the last.
 std::string_view ChooseForm(std::string_view names, std::size_t length) {
-    std::string_view best = names.substr(0, names.find('\n'));
-    while (!names.empty()) {
-        const std::string_view form = names.substr(0, names.find('\n'));
-        if (best.size() > length ? form.size() < best.size()
-                                 : form.size() > best.size() && form.size() <= length)
-            best = form;
-        names.remove_prefix(std::min(names.size(), form.size() + 1));
+    std::size_t end = names.find('\n');
+    while (end != std::string_view::npos && end > length) {
+        names.remove_prefix(end + 1);
+        end = names.find('\n');
     }
-    return best;
+    return names.substr(0, end);
 }
 
 } // namespace

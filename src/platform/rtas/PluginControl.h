@@ -37,7 +37,7 @@ private:
 };
 
 // The library's own kinds, for controls that need nothing of the plug-in. The name has several
-// forms, one a line, of which the longest that fits is given.
+// forms, one a line and the longest first, of which the first that fits is given.
 class CPluginControl_Stock : public CPluginControl {
 public:
     CPluginControl_Stock(std::uint32_t code, const char* names, long defaultValue);

@@ -93,8 +93,8 @@ public:
     // State other than the controls has moved. Any thread.
     void CountChange() LATHE_REALTIME;
 
-    long GetSampleRate() const { return m_Setup.m_SampleRate; }
-    long GetMaximumBlockSize() const { return m_Setup.m_MaxBlockSize; }
+    long GetSampleRate() const LATHE_REALTIME { return m_Setup.m_SampleRate; }
+    long GetMaximumBlockSize() const LATHE_REALTIME { return m_Setup.m_MaxBlockSize; }
     short GetNumInputs() const LATHE_REALTIME { return m_Setup.m_Inputs; }
     short GetNumOutputs() const LATHE_REALTIME { return m_Setup.m_Outputs; }
     bool IsAudioSuite() const { return m_Setup.m_IsAudioSuite; }

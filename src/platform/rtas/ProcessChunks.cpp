@@ -121,8 +121,8 @@ long CProcess::SetChunk(std::uint32_t code, const SChunkRecord* record) {
 
 long CProcess::SetControlsState(std::string_view data) {
     std::int32_t count = 0;
-    if (!Take(data, count) || count < 0 ||
-        data.size() != static_cast<std::size_t>(count) * 2 * sizeof(std::int32_t))
+    constexpr long pairSize = 2 * sizeof(std::int32_t);
+    if (!Take(data, count) || static_cast<long>(data.size()) != count * pairSize)
         return DamagedChunkError;
     if (count == 0 || m_Controls.empty())
         return EmptyControlListError;

@@ -160,8 +160,9 @@ TEST(RTASEffectProcessTest, OutputsThatMeetAReaderComeWithTheNextBlock) {
         isDone.wait();
     });
     isHeld.wait();
+    const long changes = host.m_Process.GetChangeCount();
     connections.GetInputStrings()->GetElement(0).SetValue("new");
-    EXPECT_GT(host.m_Process.GetChangeCount(), 0); // No control has moved.
+    EXPECT_EQ(host.m_Process.GetChangeCount(), changes + 1);
     host.Render();
     isDone.count_down();
     reader.join();
