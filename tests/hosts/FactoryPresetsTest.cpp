@@ -2,7 +2,7 @@
 #include "hosts/TorturedInstance.h"
 #include "platform/TemporaryHome.h"
 
-#include <regex>
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -14,13 +14,14 @@ namespace fs = std::filesystem;
 // "p3" or "count" to the value, of the element that holds the parameters.
 std::map<std::string, double> ReadParams(const std::string& document) {
     std::map<std::string, double> values;
-    static const std::regex element("<inputParams[^>]*>"), value("(\\w+)=\"([^\"]*)\"");
-    std::smatch params;
-    if (std::regex_search(document, params, element)) {
-        const std::string text = params.str();
-        for (std::sregex_iterator i(text.begin(), text.end(), value), end; i != end; ++i)
-            values[(*i)[1]] = std::stod((*i)[2]);
-    }
+    const std::size_t begin = document.find("<inputParams") + std::strlen("<inputParams");
+    std::string text = document.substr(begin, document.find_first_of("/>", begin) - begin);
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '=' || c == '"'; }, ' ');
+    std::istringstream words(text);
+    std::string key, value;
+    while (words >> key >> value)
+        values[key] = std::stod(value);
     return values;
 }
 
