@@ -108,6 +108,7 @@ public:
             m_Internals.ComputeOutputs();
             benchmark::DoNotOptimize(m_Internals.PublishOutputs(false));
         }
+        m_Internals.EndBlock();
     }
     void MoveParam(int index, double position) {
         DataModel::Objects::ICaptureParam& param = m_Inputs.GetElement(index);

@@ -17,8 +17,9 @@ bool ReadFile(const char* path, std::size_t maxSize, std::string& content);
 //
 // A target that is there keeps its mode, and must be writable itself. Of a symbolic link the target
 // of the link is written. What is no regular file, such as a pipe, is written directly. So is a
-// file whose folder takes no other file, because to save with less safety serves its user better
-// than not to save: there a full disk leaves the old bytes, but a crash may leave a mixture.
+// file whose folder takes no other file, or none of its mode, because to save with less safety
+// serves its user better than not to save: there a full disk leaves the old bytes, but a crash may
+// leave a mixture.
 bool WriteFile(const char* path, std::string_view content);
 
 } // namespace Lathe::Serialization

@@ -16,8 +16,6 @@
 #include <atomic>
 #include <cmath>
 #include <cstring>
-#include <optional>
-#include <utility>
 
 namespace Lathe::Audio::Plugin {
 
@@ -43,6 +41,7 @@ public:
         return Serialization::WriteValue(output, "number", m_Number);
     }
     bool DeSerialize(const Serialization::IReadDataStream& input) override {
+        m_RateAtRead = m_SampleRate;
         return Serialization::ReadValueOrDefault(input, "number", m_Number, 0.0);
     }
     CTestProperty* Clone() const override { return new CTestProperty(*this); }
@@ -54,8 +53,7 @@ public:
     SProcessData GetProcessData() const override { return m_ProcessData; }
     void SetProcessData(const SProcessData& data) override { m_ProcessData = data; }
 
-    double m_Number;
-    double m_SampleRate = 0.0;
+    double m_Number, m_SampleRate = 0.0, m_RateAtRead = 0.0;
     int m_RatesSet = 0;
     SProcessData m_ProcessData;
 };
@@ -63,12 +61,8 @@ inline const Runtime::CFactoryRegistration<CTestProperty, DataModel::Objects::ID
     TestPropertyRegistration;
 
 struct STestFilterSetup {
-    int m_Inputs = 2;
-    int m_Outputs = 2;
-    // Of strings, curves, surfaces and custom properties each, in and out: 0 or 1.
-    int m_Objects = 1;
-    bool m_HasState = false;
-    bool m_HasClock = false;
+    bool m_HasState = false, m_HasClock = false;
+    int m_Inputs = 2, m_Outputs = 2;
 };
 
 // The parameter is the level of what comes out, and the first output parameter repeats it; the
@@ -85,17 +79,15 @@ public:
         m_InputParamsInfo[0] = m_OutputParamsInfo[0] =
             CParamInfo(EParamType::Float, 0.0, 2.0, 1.0, "Level", "", "");
         m_OutputParamsInfo[1] = CParamInfo(EParamType::Float, 0.0, 9.0, 0.0, "Peak", "", "");
-        m_OutputParams.SetValue(0, 1.0);
         Declare(m_InputStringsInfo, m_OutputStringsInfo, DSP::CStringInfo("Text", "", "none"));
         Declare(m_InputCurvesInfo, m_OutputCurvesInfo, DSP::CCurveInfo("Curve", ""));
         Declare(m_InputSurfacesInfo, m_OutputSurfacesInfo, DSP::CSurfaceInfo("Surface", ""));
         Declare(m_InputCustomPropertiesInfo, m_OutputCustomPropertiesInfo,
                 DSP::CCustomPropertyInfo("Property", "", new CTestProperty(1.0)));
         m_NewOutputs.SetDefaults(*this);
-        m_NewOutputs.ClearDirty();
         m_Outputs = m_Defaults = m_NewOutputs;
-        if (setup.m_HasClock)
-            m_Clock.emplace(50.0);
+        CPluginTestFilter::SetInputValues(m_Defaults);
+        m_Outputs.ClearDirty();
     }
 
     // With the same setup only.
@@ -111,8 +103,7 @@ public:
     void Init(double sampleRate, const DSP::CFilterInitInfo& info) override {
         const CUse use(*this);
         m_InitInfo = info;
-        if (m_Clock)
-            m_Clock->SetSampleRate(sampleRate);
+        m_Clock.SetSampleRate(sampleRate);
         CBaseCoreDSPFilter::Init(sampleRate, info);
     }
     void Process(const DSP::CFilterProcessData& data) override {
@@ -126,26 +117,24 @@ public:
         return CBaseCoreDSPFilter::ProcessSilence(data);
     }
     void SetInputValues(const DSP::IConstFilterProperties& values) override {
-        for (int kind = 0; kind < DSP::InputKinds; ++kind) {
-            m_Changed[static_cast<std::size_t>(kind)] =
-                Move(dynamic_cast<const DSP::CFilterProperties&>(values), m_NewOutputs, kind);
-        }
+        Move(dynamic_cast<const DSP::CFilterProperties&>(values), m_NewOutputs);
         m_OutputParams.SetValue(0, m_NewOutputs.GetParams().GetValue(0));
     }
 
     Serialization::ISerializable* GetInternalDSPState() override {
         return m_Setup.m_HasState ? this : nullptr;
     }
-    DSP::IOutputDataSync* GetOutputDataSync() override { return m_Clock ? &*m_Clock : nullptr; }
+    DSP::IOutputDataSync* GetOutputDataSync() override {
+        return m_Setup.m_HasClock ? &m_Clock : nullptr;
+    }
     void ResetOutputs() override {
         const CUse use(*this);
-        m_OutputParams.SetValue(1, std::exchange(m_Peak, 0.0));
+        m_OutputParams.SetValue(1, m_Peak);
+        m_Peak = 0.0;
     }
     bool UpdateOutputs() override {
         const CUse use(*this);
-        bool any = false;
-        for (int kind = DSP::Strings; kind < DSP::InputKinds; ++kind)
-            any = Move(m_NewOutputs, m_Outputs, kind) || any;
+        const bool any = Move(m_NewOutputs, m_Outputs);
         m_NewOutputs.ClearDirty();
         return any;
     }
@@ -179,13 +168,9 @@ public:
     // Calls that overlapped with a block, an Init, a change of outputs or an access to the state.
     int GetOverlaps() const { return m_Overlaps; }
 
-    // Of the last SetInputValues or block with variations, by kind.
-    std::array<bool, DSP::InputKinds> m_Changed{};
     DSP::CFilterInitInfo m_InitInfo;
-    int m_Blocks = 0;
-    int m_SilentBlocks = 0;
-    // The internal state.
-    int m_State = 0;
+    int m_Blocks = 0, m_SilentBlocks = 0;
+    int m_State = 0; // The internal one.
 
 protected:
     void OnReset() override {
@@ -197,72 +182,66 @@ protected:
                         const DSP::IConstFilterPropertiesVariations* variations) override {
         if (variations)
             SetInputValues(variations->GetEnd());
-        if (m_Clock)
-            m_Clock->AddSamples(samples);
-        const int channels = std::min(inputs.GetCount(), outputs.GetCount());
-        for (int c = 0; c < std::min(channels, static_cast<int>(m_Delays.size())); ++c) {
+        m_Clock.AddSamples(samples);
+        for (int c = 0; c < std::min({inputs.GetCount(), outputs.GetCount(), 2}); ++c) {
             const DSP::IAudioStream& input = inputs.GetElement(c);
             DSP::IAudioStream& output = outputs.GetElement(c);
             if (!input.GetData() || !output.GetData())
                 continue;
             auto& delay = m_Delays[static_cast<std::size_t>(c)];
             for (int i = 0; i < samples; ++i) {
-                const auto now = m_Position + static_cast<std::size_t>(i);
+                const auto now = m_Position + static_cast<unsigned>(i);
                 delay[now % delay.size()] = input.GetData()[i * input.GetStride()];
-                const auto then = now - static_cast<std::size_t>(m_Latency);
-                const float sample =
-                    static_cast<float>(m_OutputParams.GetValue(0)) * delay[then % delay.size()];
+                const float sample = static_cast<float>(m_OutputParams.GetValue(0)) *
+                                     delay[(now - static_cast<unsigned>(m_Latency)) % delay.size()];
                 output.GetData()[i * output.GetStride()] = sample;
                 m_Peak = std::max(m_Peak, static_cast<double>(std::abs(sample)));
             }
         }
-        m_Position += static_cast<std::size_t>(samples);
+        m_Position += static_cast<unsigned>(samples);
     }
 
 private:
     // Counts itself when there is another one.
-    class CUse {
-    public:
+    struct CUse {
         explicit CUse(const CPluginTestFilter& filter) : m_Filter(filter) {
-            m_Filter.m_Overlaps += m_Filter.m_Uses++ > 0 ? 1 : 0;
+            m_Filter.m_Overlaps += m_Filter.m_Uses++ > 0;
         }
         ~CUse() { --m_Filter.m_Uses; }
-
-    private:
         const CPluginTestFilter& m_Filter;
     };
 
     // What is dirty, with its flags.
-    static bool Move(const DSP::CFilterProperties& from, DSP::CFilterProperties& to, int kind) {
-        to.AssignDirty(from, kind);
-        for (int i = 0; i < from.GetDirty(kind).GetCount(); ++i) {
-            if (from.GetDirty(kind).GetElement(i).IsDirty())
-                to.GetDirty(kind).GetElement(i).SetDirty();
+    static bool Move(const DSP::CFilterProperties& from, DSP::CFilterProperties& to) {
+        bool any = false;
+        for (int kind = 0; kind < DSP::InputKinds; ++kind) {
+            to.AssignDirty(from, kind);
+            for (int i = 0; i < from.GetDirty(kind).GetCount(); ++i)
+                if (from.GetDirty(kind).GetElement(i).IsDirty())
+                    to.GetDirty(kind).GetElement(i).SetDirty();
+            any = DSP::IsAnyDirty(from, kind) || any;
         }
-        return DSP::IsAnyDirty(from, kind);
+        return any;
     }
     template <class TInfos, class TInfo>
     void Declare(TInfos& inputs, TInfos& outputs, const TInfo& info) {
-        inputs.SetCount(m_Setup.m_Objects);
-        outputs.SetCount(m_Setup.m_Objects);
-        for (int i = 0; i < m_Setup.m_Objects; ++i)
-            inputs[i] = outputs[i] = info;
+        inputs.SetCount(1);
+        outputs.SetCount(1);
+        inputs[0] = outputs[0] = info;
     }
 
     STestFilterSetup m_Setup;
     DSP::CProcessInfo m_ProcessInfo;
-    std::optional<DSP::COutputDataSync> m_Clock;
+    DSP::COutputDataSync m_Clock{50.0};
     std::array<std::array<float, 2 * s_MaxLatency>, 2> m_Delays{};
-    std::size_t m_Position = 0;
+    unsigned m_Position = 0;
     double m_Peak = 0.0;
     // What came in, with the flags of what waits for UpdateOutputs, and what is out.
-    DSP::CFilterProperties m_NewOutputs;
-    DSP::CFilterProperties m_Outputs;
+    DSP::CFilterProperties m_NewOutputs, m_Outputs;
     // Held to the end, so that no block frees one.
     DSP::CFilterProperties m_Defaults;
     DSP::CParamsValues m_OutputParams{2};
-    mutable std::atomic<int> m_Uses{0};
-    mutable std::atomic<int> m_Overlaps{0};
+    mutable std::atomic<int> m_Uses{0}, m_Overlaps{0};
 };
 
 } // namespace Lathe::Audio::Plugin

@@ -5,31 +5,26 @@
 #include "datamodel/objects/capture/MTCaptureParam.h"
 #include "dsp/streams/AudioStream.h"
 #include "platform/TemporaryHome.h"
+#include "plugin/PluginTestFilter.h"
 #include "plugin/internals/AudioPluginConfig.h"
 #include "plugin/internals/AudioPluginInternals.h"
 #include "plugin/midi/MIDIEvent.h"
 #include "plugin/settings/AudioPluginFilePathsBase.h"
 #include "plugin/settings/AudioPluginStaticSettings.h"
-#include "serialization/XmlDataObject.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
-#include <memory>
-#include <string>
-#include <vector>
+#include "serialization/Streams.h"
 
 namespace Lathe::Audio::Plugin {
+
+inline std::string TakeText(char* text) {
+    return std::unique_ptr<char[]>(text).get();
+}
 
 // Below the home that a test has just made.
 class CTestPaths : public CAudioPluginFilePathsBase {
 public:
-    explicit CTestPaths(const IConstPackageInfo*)
-        : CAudioPluginFilePathsBase(In("data"), In("settings"), In("user")) {}
-
-private:
-    static std::string In(const char* name) { return std::string(::getenv("HOME")) + "/" + name; }
+    explicit CTestPaths(const IConstPackageInfo* = nullptr,
+                        const std::string& home = ::getenv("HOME"))
+        : CAudioPluginFilePathsBase(home + "/data", home + "/settings", home + "/user") {}
 };
 using CTestSettings = TAudioPluginConfig<CTestPaths>;
 
@@ -40,20 +35,20 @@ public:
     std::atomic<int> m_Count{0};
 };
 
-template <class I, class IVectorOf>
-class THostParams : public IVectorOf {
-public:
-    explicit THostParams(const DSP::IConstParamInfos& infos) {
+template <class I, class TParam = DataModel::Objects::CMTCaptureParam>
+struct THostParams : CoreUtilities::TCollection<TParam, I> {
+    explicit THostParams(const DSP::IConstParamInfos& infos)
+        : CoreUtilities::TCollection<TParam, I>(infos.GetCount()) {
         for (int i = 0; i < infos.GetCount(); ++i)
-            m_Params.push_back(
-                std::make_unique<DataModel::Objects::CMTCaptureParam>(infos.GetElement(i)));
+            (*this)[i].SetInfo(infos.GetElement(i));
     }
-    int GetCount() const override { return static_cast<int>(m_Params.size()); }
-    const I& GetElement(int index) const override { return *m_Params[std::size_t(index)]; }
-    I& GetElement(int index) override { return *m_Params[std::size_t(index)]; }
+};
 
-private:
-    std::vector<std::unique_ptr<DataModel::Objects::CMTCaptureParam>> m_Params;
+// A host's object may hold anything.
+struct CUnlimitedParam : DataModel::Objects::CMTCaptureParam {
+    double GetValue() const override { return m_Any; }
+    void SetValue(double value) override { m_Any = value; }
+    double m_Any = 0.0;
 };
 
 class CTestHost {
@@ -64,32 +59,25 @@ public:
     explicit CTestHost(std::unique_ptr<DSP::IFilter> filter, CAudioPluginConfig config = {})
         : m_Internals(Complete(config, std::move(filter))),
           m_Inputs(m_Internals.GetInputParamInfos()),
-          m_Outputs(m_Internals.GetOutputParamInfos()) {
-        for (std::size_t c = 0; c < 2; ++c) {
-            m_InputSamples[c].resize(s_MaxFrames);
-            m_OutputSamples[c].resize(s_MaxFrames);
-        }
-    }
+          m_Outputs(m_Internals.GetOutputParamInfos()) {}
 
     void Connect(Core::ICommand* stateChanged = nullptr, Core::ICommand* outputsUpdated = nullptr) {
         m_Internals.ConnectHost(m_Inputs, m_Outputs, stateChanged, outputsUpdated);
     }
     void Prepare(double sampleRate = 48000.0, int maxBlockSize = s_MaxFrames, bool reset = true) {
-        DSP::CFilterInitInfo info;
-        info.m_ResetToDefaults = reset;
-        info.m_MaxBlockSize = maxBlockSize;
-        m_Internals.PrepareToProcess(sampleRate, info);
+        m_Internals.PrepareToProcess(sampleRate,
+                                     {.m_ResetToDefaults = reset, .m_MaxBlockSize = maxBlockSize});
     }
     // Fills all input samples with the level; what comes out is in m_OutputSamples.
     void Block(int frames = 64, float level = 0.5f) LATHE_REALTIME {
+        DSP::CAudioStream buffers[4];
         for (std::size_t c = 0; c < 2; ++c) {
-            std::fill_n(m_InputSamples[c].begin(), frames, level);
-            m_InputArray[c].Aim(m_InputSamples[c].data(), frames);
-            m_OutputArray[c].Aim(m_OutputSamples[c].data(), frames);
+            m_InputSamples[c].fill(level);
+            buffers[c].Aim(m_InputSamples[c].data(), frames);
+            buffers[c + 2].Aim(m_OutputSamples[c].data(), frames);
         }
-        DSP::CAudioStreams inputs(m_InputArray, 2, false);
-        DSP::CAudioStreams outputs(m_OutputArray, 2, false);
-        m_Internals.GetBypassManager().SetBypass(m_Inputs.GetElement(0).GetValue() > 0.5);
+        DSP::CAudioStreams inputs(buffers, 2, false), outputs(buffers + 2, 2, false);
+        m_Internals.GetBypassManager().SetBypass(GetParam(0) > 0.5);
         DSP::CFilterProcessData data;
         data.m_pInputs = &inputs;
         data.m_pOutputs = &outputs;
@@ -106,42 +94,41 @@ public:
         if (m_HadVariations)
             m_Internals.CommitVariations();
         TakeOutputs();
+        m_Internals.EndBlock();
     }
     // One control change, before a block.
     bool Control(int channel, int number, int value) LATHE_REALTIME {
         const unsigned char bytes[] = {static_cast<unsigned char>(0xB0 + channel - 1),
                                        static_cast<unsigned char>(number),
                                        static_cast<unsigned char>(value)};
-        CMIDICCMessage& last = m_Internals.GetMIDIController().GetLastMessage();
         if (!m_Internals.HandleMIDIEvent(MIDI::CMIDIEvent(bytes, 3), m_Message))
             return false;
-        last.Set(m_Message, true);
+        m_Internals.GetMIDIController().GetLastMessage().Set(m_Message, true);
         return true;
     }
+
+    // What the instance reads of the host goes first.
+    ~CTestHost() { m_Internals.Shutdown(); }
 
     CAudioPluginInternals* operator->() { return &m_Internals; }
     std::string GetState() const {
         Serialization::CXmlDataObject document("Preset");
         EXPECT_TRUE(m_Internals.SerializeState(document));
-        char* text = nullptr;
-        document.GetText(text);
-        return std::unique_ptr<char[]>(text).get();
+        return Serialization::Tests::GetText(document);
     }
     bool SetState(const std::string& text) {
         Serialization::CXmlDataObject document("Preset");
-        return document.Parse(text.data(), static_cast<int>(text.size())) &&
+        return Serialization::Tests::Parse(document, text) &&
                m_Internals.DeSerializeState(document);
     }
-    double GetParam(int index) { return m_Inputs.GetElement(index).GetValue(); }
-    void SetParam(int index, double value) { m_Inputs.GetElement(index).SetValue(value); }
+    double GetParam(int index) { return m_Inputs[index].GetValue(); }
+    void SetParam(int index, double value) { m_Inputs[index].SetValue(value); }
 
-    std::vector<float> m_InputSamples[2];
-    std::vector<float> m_OutputSamples[2];
+    std::array<float, s_MaxFrames> m_InputSamples[2], m_OutputSamples[2];
     bool m_HadVariations = false;
     // Of all blocks.
     int m_SentEvents = 0;
     MIDI::CMIDIEvent m_LastSent;
-    bool m_OutputsPending = false;
 
 private:
     CAudioPluginConfig& Complete(CAudioPluginConfig& config, std::unique_ptr<DSP::IFilter> filter) {
@@ -153,16 +140,14 @@ private:
         return config;
     }
     void TakeOutputs() LATHE_REALTIME {
-        if (m_Internals.GetOutputSync().IsTimeToSync()) {
+        const bool isTime = m_Internals.GetOutputSync().IsTimeToSync();
+        if (isTime) {
             m_Internals.GetOutputSync().ResetCounter();
             m_Internals.ComputeOutputs();
-            for (int i = 0; i < m_Outputs.GetCount(); ++i) {
-                if (m_Internals.MakeOutputMIDIEvent(i, m_LastSent))
-                    ++m_SentEvents;
-            }
-            m_OutputsPending = !m_Internals.PublishOutputs(false);
+            for (int i = 0; i < m_Outputs.GetCount(); ++i)
+                m_SentEvents += m_Internals.MakeOutputMIDIEvent(i, m_LastSent);
         }
-        if (m_OutputsPending)
+        if (isTime || m_OutputsPending)
             m_OutputsPending = !m_Internals.PublishOutputs(false);
     }
 
@@ -170,13 +155,30 @@ private:
     CAudioPluginInternals m_Internals;
 
 public:
-    THostParams<DataModel::Objects::ICaptureParam, IInputParams> m_Inputs;
-    THostParams<DataModel::Objects::IConstCaptureParam, IOutputParams> m_Outputs;
+    THostParams<DataModel::Objects::ICaptureParam> m_Inputs;
+    THostParams<DataModel::Objects::IConstCaptureParam> m_Outputs;
 
 private:
-    DSP::CAudioStream m_InputArray[2];
-    DSP::CAudioStream m_OutputArray[2];
+    bool m_OutputsPending = false;
     CMIDICCMessage m_Message;
+};
+
+// A host in a home of its own, and the filter behind the instance, which owns it.
+struct SRig {
+    explicit SRig(STestFilterSetup setup = {}, const CAudioPluginConfig& config = {})
+        : m_Filter(new CPluginTestFilter(setup)),
+          m_Host(std::unique_ptr<DSP::IFilter>(m_Filter), config) {
+        m_Host.Connect();
+    }
+    const IPluginGUIConnections& Get() { return m_Host->GetConnections(); }
+    auto& GetText() { return Get().GetInputStrings()->GetElement(0); }
+    std::string GetOutputText() {
+        return TakeText(Get().GetOutputStrings()->GetElement(0).GetValue());
+    }
+
+    CTemporaryHome m_Home;
+    CPluginTestFilter* m_Filter;
+    CTestHost m_Host;
 };
 
 } // namespace Lathe::Audio::Plugin

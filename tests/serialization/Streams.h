@@ -14,8 +14,7 @@ namespace Lathe::Serialization::Tests {
 
 inline std::string GetText(const CXmlDataObject& document) {
     char* text = nullptr;
-    EXPECT_TRUE(document.GetText(text));
-    return std::unique_ptr<char[]>(text).get();
+    return document.GetText(text) ? std::unique_ptr<char[]>(text).get() : "(none)";
 }
 
 inline bool Parse(CXmlDataObject& document, const std::string& text) {
@@ -59,6 +58,15 @@ public:
     bool IsIncremental() const override { return true; }
 };
 using CChanges = TChanges<CMemDataObject>;
+
+// What the function makes of a document, and of one that holds only changes.
+template <class TRead>
+std::string ReadBoth(const std::string& text, const TRead& read) {
+    CXmlDataObject full("Root");
+    TChanges<CXmlDataObject> changes("Root");
+    EXPECT_TRUE(Parse(full, text) && Parse(changes, text));
+    return read(full) + ", " + read(changes);
+}
 
 // Holds one int under "v", and can be made to fail. A missing one is the default, -1.
 struct CIntObject : virtual ISerializable {

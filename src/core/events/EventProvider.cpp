@@ -11,20 +11,13 @@ struct CEventProvider::SCursor {
 };
 
 void CEventProvider::AddCommand(ICommand* command) {
-    auto* node = new SNode{command, false, m_Last, nullptr}; // Freed by Remove or the destructor.
-    (m_Last ? m_Last->m_NextNode : m_First) = node;
-    m_Last = node;
+    Append(new SNode{command}); // The list's.
 }
 
 void CEventProvider::RemoveCommand(ICommand*& command, bool destroy) {
     if (!command)
         return;
-    for (SNode* node = m_First; node; node = node->m_NextNode) {
-        if (node->m_Command == command) {
-            Remove(node);
-            break;
-        }
-    }
+    delete Unlink(command);
     if (destroy) {
         delete command;
         command = nullptr;
@@ -32,20 +25,34 @@ void CEventProvider::RemoveCommand(ICommand*& command, bool destroy) {
 }
 
 void CEventProvider::RemoveAllCommands(ICommand* command) {
-    for (SNode* node = m_First; node;) {
-        SNode* next = node->m_NextNode;
-        if (node->m_Command == command)
-            Remove(node);
-        node = next;
-    }
+    while (SNode* node = Unlink(command))
+        delete node;
 }
 
 CEventProvider::~CEventProvider() {
-    while (m_First)
-        Remove(m_First);
+    while (SNode* node = m_First) {
+        Unlink(node);
+        delete node;
+    }
 }
 
-void CEventProvider::Remove(SNode* node) {
+void CEventProvider::Append(SNode* node) {
+    node->m_Previous = m_Last;
+    (m_Last ? m_Last->m_NextNode : m_First) = node;
+    m_Last = node;
+}
+
+CEventProvider::SNode* CEventProvider::Unlink(const ICommand* command) {
+    for (SNode* node = m_First; node; node = node->m_NextNode) {
+        if (node->m_Command == command) {
+            Unlink(node);
+            return node;
+        }
+    }
+    return nullptr;
+}
+
+void CEventProvider::Unlink(SNode* node) {
     for (SCursor* cursor = m_Cursor; cursor; cursor = cursor->m_Outer) {
         if (cursor->m_Current == node)
             cursor->m_Current = nullptr;
@@ -54,7 +61,6 @@ void CEventProvider::Remove(SNode* node) {
     }
     (node->m_Previous ? node->m_Previous->m_NextNode : m_First) = node->m_NextNode;
     (node->m_NextNode ? node->m_NextNode->m_Previous : m_Last) = node->m_Previous;
-    delete node;
 }
 
 void CEventProvider::Notify() {

@@ -55,16 +55,23 @@ public:
     void Resume() { m_Enabled = true; }
     int GetMissedNotifications() const { return m_MissedNotifications; }
 
-private:
+protected:
+    // An entry of the list. Subclasses with a lock make and delete entries without it.
     struct SNode {
         ICommand* m_Command;
-        bool m_Running;
-        SNode* m_Previous;
-        SNode* m_NextNode;
+        bool m_Running = false;
+        SNode* m_Previous = nullptr;
+        SNode* m_NextNode = nullptr;
     };
+    // Takes the entry, which Unlink gives back.
+    void Append(SNode* node);
+    // The first entry of the command, out of the list, for the caller to delete; null without any.
+    SNode* Unlink(const ICommand* command);
+
+private:
     struct SCursor;
 
-    void Remove(SNode* node);
+    void Unlink(SNode* node);
 
     SNode* m_First = nullptr;
     SNode* m_Last = nullptr;

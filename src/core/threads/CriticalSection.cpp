@@ -29,14 +29,16 @@ bool CCriticalSection::TryLock() {
     return pthread_mutex_trylock(&m_Mutex) == 0;
 }
 
-CRealtimeAutoLock::CRealtimeAutoLock(Core::ILock& lock) : m_Lock(lock) {
+CRealtimeAutoLock::CRealtimeAutoLock(Core::ILock* lock) : m_Lock(lock) {
     const Core::CRealtimePermission permission;
-    m_Lock.Lock();
+    if (m_Lock)
+        m_Lock->Lock();
 }
 
 CRealtimeAutoLock::~CRealtimeAutoLock() {
     const Core::CRealtimePermission permission;
-    m_Lock.Unlock();
+    if (m_Lock)
+        m_Lock->Unlock();
 }
 
 } // namespace Lathe::System

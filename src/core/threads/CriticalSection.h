@@ -28,13 +28,15 @@ private:
 // no more than a handful of assignments, so that the wait is bounded.
 class CRealtimeAutoLock {
 public:
-    explicit CRealtimeAutoLock(Core::ILock& lock) LATHE_REALTIME;
+    explicit CRealtimeAutoLock(Core::ILock& lock) LATHE_REALTIME : CRealtimeAutoLock(&lock) {}
+    // Null takes nothing.
+    explicit CRealtimeAutoLock(Core::ILock* lock) LATHE_REALTIME;
     ~CRealtimeAutoLock();
     CRealtimeAutoLock(const CRealtimeAutoLock&) = delete;
     CRealtimeAutoLock& operator=(const CRealtimeAutoLock&) = delete;
 
 private:
-    Core::ILock& m_Lock;
+    Core::ILock* m_Lock;
 };
 
 } // namespace Lathe::System

@@ -10,7 +10,7 @@ public:
     explicit CEvent(bool signaled = false) : m_Signaled(signaled) {}
 
     // Wakes all who wait, also when a Reset follows at once. The event may be destroyed as soon as
-    // one of them has returned.
+    // the last of them has returned.
     void Set();
     void Reset();
     // Waits until it is set, but no longer than the time, in milliseconds; negative is without

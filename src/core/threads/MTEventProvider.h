@@ -20,10 +20,13 @@ public:
     void AddCommand(Core::ICommand* command) override;
     void RemoveCommand(Core::ICommand*& command, bool destroy) override;
     void RemoveAllCommands(Core::ICommand* command) override;
-    // The audio thread notifies too: subscribers come and go within a few assignments.
-    void Notify() LATHE_REALTIME override;
+    // The audio thread may call this where it knows that the handlers don't block; it waits no
+    // longer than a subscription takes. Without the mark, since most callers' handlers may.
+    void Notify() override;
 
 private:
+    SNode* Take(const Core::ICommand* command);
+
     CCriticalSection m_Lock;
 };
 

@@ -30,10 +30,12 @@ void CMessageLoop::Start() {
     m_Running.store(true, std::memory_order_relaxed);
     m_Wake.Signal(); // For what was left when it stopped.
     m_Thread.Start();
-    if (m_Thread.GetHandle() == 0)
-        m_Running.store(false, std::memory_order_relaxed);
-    else
+    if (m_Thread.GetHandle() != 0) {
         m_StartedEvent.Wait(-1);
+        return;
+    }
+    m_Running.store(false, std::memory_order_relaxed);
+    Leave(); // Somebody may have taken it for running.
 }
 
 void CMessageLoop::Stop() {
@@ -200,7 +202,6 @@ void CMessageLoop::FindDueTimers() {
         if (elapsed < timer->m_Period) {
             remaining = timer->m_Period - elapsed;
         } else {
-            timer->m_Watch.Stop();
             timer->m_Watch.Start();
             m_DueTimers.push_back(timer);
         }

@@ -19,7 +19,7 @@ public:
 };
 
 // A holder of the process-wide loop. The first starts it. The last destroys it, and waits for its
-// thread: not to be let go within a command of that loop.
+// thread with the holders' lock in hand: no command of that loop makes or lets go of a holder.
 using CSharedMessageLoop = Core::TSingletonInstance<CMessageLoopThread, CCriticalSection>;
 
 } // namespace Lathe::System

@@ -13,7 +13,6 @@ public:
     void Start();
     // Nothing when it isn't running.
     void Stop();
-    bool IsRunning() const { return m_Running; }
     // Since the start, up to now or to the stop; 0 before the first start.
     std::uint64_t GetElapsedTicks() const;
     // Truncated.

@@ -14,9 +14,10 @@ CTimerCommandAdapter::~CTimerCommandAdapter() {
     m_Provider->RemoveTimer(m_TimerCommand, true);
 }
 
-// The tick must see what was done before the call.
+// The tick must see what was done before each call: an exchange carries on what another thread's
+// call released, where a store would cut it off.
 void CTimerCommandAdapter::Execute() {
-    m_Pending.store(true, std::memory_order_release);
+    m_Pending.exchange(true, std::memory_order_release);
 }
 
 void CTimerCommandAdapter::SetRefreshTime(int milliseconds) {

@@ -12,7 +12,7 @@ constexpr int Grid = 10; // ms
 
 int RoundPeriod(int milliseconds) {
     constexpr int limit = std::numeric_limits<int>::max() / Grid * Grid;
-    if (milliseconds >= limit)
+    if (milliseconds > limit - Grid)
         return limit;
     return std::max((milliseconds + Grid - 1) / Grid * Grid, Grid);
 }

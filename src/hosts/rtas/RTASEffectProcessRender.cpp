@@ -42,6 +42,7 @@ void CRTASEffectProcess::RenderAudio(float** inputs, float** outputs, int numSam
         PassThrough(inputs, outputs, numSamples);
     PublishOutputs();
     m_MIDIEvents.SetCount(0);
+    m_Internals.EndBlock();
 }
 
 // The settings see every event, the filter as many as there is room for.

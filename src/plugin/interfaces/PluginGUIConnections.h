@@ -82,8 +82,8 @@ public:
     virtual IOutputParams* GetOutputParamsAdapter() const = 0;
     virtual const IConstParams* GetOutputParams() const = 0;
     virtual const IOutputCurves* GetOutputCurves() const = 0;
-    virtual const IOutputSurfaces* GetOutputSurfaces() const = 0;
     virtual const IOutputStrings* GetOutputStrings() const = 0;
+    virtual const IOutputSurfaces* GetOutputSurfaces() const = 0;
     virtual const IOutputCustomProperties* GetOutputCustomProperties() const = 0;
     virtual IAudioPluginModel* GetModel() const = 0;
     virtual const Serialization::ISerialize* GetStateWriter() const = 0;

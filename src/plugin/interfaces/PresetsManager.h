@@ -20,6 +20,8 @@ public:
     // Makes it the current one and loads it.
     virtual void Apply() = 0;
     virtual ~IPreset() = default;
+    // A preset of its own, which the caller owns and can apply when the lists have moved on.
+    virtual IPreset* Clone() const = 0;
 };
 
 using IPresets = Containers::IVector<IPreset>;

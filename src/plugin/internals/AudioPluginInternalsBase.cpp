@@ -16,7 +16,6 @@ namespace {
 
 constexpr int HistorySteps = 128;
 constexpr int GarbageMilliseconds = 100;
-constexpr int IdleMilliseconds = 50;
 
 std::unique_ptr<DSP::CFilterProductInfo> CopyProductInfo(const DSP::IConstFilterProductInfo* info) {
     if (!info)
@@ -41,7 +40,7 @@ DSP::CParamInfos CopyParamInfos(const DSP::IConstParamInfos& infos) {
 
 } // namespace
 
-CAudioPluginInternalsBase::CAudioPluginInternalsBase(CAudioPluginConfig& config)
+CAudioPluginInternalsBase::CAudioPluginInternalsBase(CAudioPluginConfig& config, SMembersOnly)
     : m_Filter(std::exchange(config.filter, nullptr)),
       m_GUI(std::exchange(config.gui, nullptr)),
       m_Model(std::exchange(config.model, nullptr)),
@@ -70,8 +69,12 @@ CAudioPluginInternalsBase::CAudioPluginInternalsBase(CAudioPluginConfig& config)
       m_OnDefaultRefreshRate(*this, &CAudioPluginInternalsBase::OnDefaultRefreshRateChanged) {
     m_GUIConnections.m_PackageInfo = m_PackageInfo.get();
     ForgetSentControllers();
+}
+
+CAudioPluginInternalsBase::CAudioPluginInternalsBase(CAudioPluginConfig& config)
+    : CAudioPluginInternalsBase(config, SMembersOnly()) {
     SubscribeToDefaultSettings();
-    m_Variations.Setup(*m_Filter, 2);
+    SetUpVariations();
     m_History.SetMaxSteps(HistorySteps);
     m_History.SetIncremental(true);
     ReadDefaultSettings(config.outputRefreshRate);
@@ -82,6 +85,16 @@ CAudioPluginInternalsBase::CAudioPluginInternalsBase(CAudioPluginConfig& config)
 
 CAudioPluginInternalsBase::~CAudioPluginInternalsBase() {
     Shutdown();
+}
+
+// Room for two orders of rates, and defaults where the host's objects tell nothing.
+void CAudioPluginInternalsBase::SetUpVariations() {
+    m_Variations.Setup(*m_Filter, 2);
+    const DSP::IConstParamInfos& infos = m_Filter->GetInputParamsInfo();
+    for (int i = 0; i < infos.GetCount(); ++i) {
+        m_Variations.GetStart().GetParams().SetValue(i, infos.GetElement(i).GetDefault());
+        m_Variations.GetEnd().GetParams().SetValue(i, infos.GetElement(i).GetDefault());
+    }
 }
 
 void CAudioPluginInternalsBase::SubscribeToDefaultSettings() {
@@ -137,7 +150,7 @@ void CAudioPluginInternalsBase::StartTimers() {
         m_TimerThread.Start();
     if (!m_Inputs.IsEmpty())
         m_Timers.AddTimer(GarbageMilliseconds, &m_GarbageTimer);
-    m_Timers.AddTimer(IdleMilliseconds, &m_IdleTimer);
+    m_Timers.AddTimer(CHostActivity::s_TickMilliseconds, &m_IdleTimer);
 }
 
 void CAudioPluginInternalsBase::ConnectHost(IInputParams& inputParams, IOutputParams& outputParams,
@@ -150,9 +163,10 @@ void CAudioPluginInternalsBase::ConnectHost(IInputParams& inputParams, IOutputPa
         m_Model->Connect(&m_GUIConnections);
     if (m_GUI)
         m_GUI->Connect(&m_GUIConnections);
+    if (Core::ICommand* before = m_StateChangedCommand.exchange(stateChanged))
+        m_Inputs.RemoveValueChangedCommand(*before);
     if (stateChanged)
         m_Inputs.AddValueChangedCommand(*stateChanged);
-    m_StateChangedCommand = stateChanged;
     m_OutputsUpdatedCommand = outputsUpdated;
 }
 

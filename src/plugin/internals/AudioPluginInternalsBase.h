@@ -6,7 +6,8 @@
 // GetPropertiesVariations, LockProcessing, the bypass manager's Process or ProcessSilence,
 // UnlockProcessing, AdvanceOutputSync, CommitVariations if there were any; and when
 // GetOutputSync() says that outputs are due: its ResetCounter, ComputeOutputs, MakeOutputMIDIEvent
-// for each output, PublishOutputs(false), which is tried again after the next block if it failed.
+// for each output, PublishOutputs(false), which is tried again after the next block if it failed;
+// at last EndBlock.
 // Knob turned in the editor: the host's parameter object changes; the next block sees it.
 // State loaded by the host: DeSerializeState; the next blocks see it value by value.
 // Instance closed: Shutdown, destructor.
@@ -14,13 +15,13 @@
 
 #include "core/events/Command.h"
 #include "core/text/CharString.h"
-#include "core/threads/LockableBool.h"
 #include "core/threads/MessageLoopThread.h"
 #include "dsp/OutputDataSync.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "plugin/interfaces/PresetsManager.h"
 #include "plugin/internals/FilterBypassManager.h"
 #include "plugin/internals/GUIConnections.h"
+#include "plugin/internals/HostActivity.h"
 #include "plugin/internals/InputObjects.h"
 #include "plugin/internals/OutputObjects.h"
 #include "plugin/internals/PluginParamInfos.h"
@@ -51,9 +52,9 @@ class IStaticSettings;
 struct CAudioPluginConfig;
 struct SProcessData;
 
-// Locks nest in this order: that of m_RunningFlag, then m_ProcessLock or the inputs' lock; the
-// outputs' lock before m_ProcessLock. No lock but that of an event is held while an event is
-// raised.
+// Locks nest in this order: that of the host activity's m_RunningFlag, then m_ProcessLock or the
+// inputs' lock; the outputs' lock before m_ProcessLock. No lock is held while an event is raised,
+// but that of the event and, in preparation and in an idle tick, that of m_RunningFlag.
 class CAudioPluginInternalsBase : public virtual Serialization::ISerializable,
                                   public virtual IPresetsManager,
                                   private IPresetOwner {
@@ -69,11 +70,11 @@ public:
     // The vectors stay the host's, as do the commands, which may be null. inputParams holds Bypass
     // and then one object a parameter of the filter. stateChanged runs when an input that isn't a
     // number changes, on the thread that changes it; outputsUpdated on the timer thread, before
-    // outputs are published while the host doesn't process.
+    // outputs are published while the host doesn't process: it waits for no thread of the host's.
     void ConnectHost(IInputParams& inputParams, IOutputParams& outputParams,
                      Core::ICommand* stateChanged, Core::ICommand* outputsUpdated);
-    // The sample rate is in hertz. Not while a block runs. With an unknown block size the largest
-    // one that was ever told stays.
+    // The sample rate is in hertz. Not while a block runs. Where the block size is unknown, room is
+    // made for the largest one that was ever told.
     void PrepareToProcess(double sampleRate, const DSP::CFilterInitInfo& info);
     // Before destruction; a second call does nothing.
     void Shutdown();
@@ -90,6 +91,7 @@ public:
     const DSP::IConstFilterPropertiesVariations* GetPropertiesVariations(int numSamples)
         LATHE_REALTIME;
     void CommitVariations() LATHE_REALTIME { m_Variations.Commit(); }
+    void EndBlock() LATHE_REALTIME { m_HostActivity.EndBlock(); }
     CFilterBypassManager& GetBypassManager() LATHE_REALTIME { return m_BypassManager; }
     // Around the bypass manager; they do nothing when the filter has no state of its own.
     void LockProcessing() LATHE_REALTIME;
@@ -152,6 +154,10 @@ public:
     void ResetDefault() override;
 
 private:
+    // Only the members: when what follows fails, the destructor runs.
+    struct SMembersOnly {};
+    CAudioPluginInternalsBase(CAudioPluginConfig& config, SMembersOnly);
+
     // Construction and connection.
     void ReadDefaultSettings(double outputRefreshRate);
     void SubscribeToDefaultSettings();
@@ -165,7 +171,10 @@ private:
     void OnInputChanged() { m_StateChanged.Notify(); }
 
     // Preparation.
+    void SetUpVariations();
+    int ChooseBlockSize(int maxBlockSize);
     void InitFilter(double sampleRate, const DSP::CFilterInitInfo& info);
+    void InitBypass();
     void StoreChannels(int inputs, int outputs);
     SProcessData GetProcessData() const;
     void ResetToDefaults();
@@ -176,7 +185,6 @@ private:
     bool SyncParams() LATHE_REALTIME;
     void MarkAllInputs() LATHE_REALTIME;
     void PushAllInputs() LATHE_REALTIME;
-    void NoteHost() LATHE_REALTIME;
     Core::ILock* GetProcessLock() const LATHE_REALTIME {
         return m_FilterHasState ? &m_ProcessLock : nullptr;
     }
@@ -184,13 +192,14 @@ private:
     // Timers.
     void OnGarbageTimer() { m_Inputs.PurgeRetired(); }
     void OnIdleTimer();
-    void CountIdleTick();
     void UpdateOutputsWhileIdle();
 
     // State.
     bool WriteMIDISettings(Serialization::IWriteDataStream& output) const;
     bool WriteInputs(Serialization::IWriteDataStream& output) const;
     bool WriteInternalDSPState(Serialization::IWriteDataStream& output) const;
+    // True when the filter's own state was read.
+    bool ReadState(const Serialization::IReadDataStream& input);
     void ReadProgramName(const Serialization::IReadDataStream& input);
     void ReadMIDISettings(const Serialization::IReadDataStream& input);
     void ReadInputParams(const Serialization::IReadDataStream& input);
@@ -203,6 +212,8 @@ private:
     IInputParams* GetInputParams() override { return m_InputParams; }
     void SetProgramName(const char* name);
     void ApplyPreset(int step);
+    // False when there is none.
+    bool ApplyDefaultPreset();
 
     std::unique_ptr<DSP::IFilter> m_Filter;
     std::unique_ptr<IPluginGUI> m_GUI;
@@ -236,18 +247,18 @@ private:
     std::vector<std::atomic<int>> m_LastOutputCC;
     std::atomic<bool> m_AllInputsPushed{false};
     std::atomic<bool> m_OutputsPending{false};
-    // A sign of the host since the last idle tick.
-    std::atomic<bool> m_PrepareSeen{false};
-    // True while the host is taken to be processing.
-    System::CLockableBool m_RunningFlag;
+    CHostActivity m_HostActivity;
     mutable System::CCriticalSection m_ProcessLock;
 
-    // In samples; 0 until the host tells one.
+    // In samples; 0 until the host tells one: the largest that it ever told, and the one that room
+    // is made for.
     int m_LargestBlockSize = 0;
-    int m_IdleTicks = 0;
+    int m_BlockSize = 0;
     std::atomic<bool> m_Prepared{false};
     // Loads in progress, on any thread.
     std::atomic<int> m_LoadingState{0};
+    // Those of them for which the editor and the model rest.
+    std::atomic<int> m_RestingLoads{0};
     bool m_ShutDown = false;
     std::atomic<Core::ICommand*> m_StateChangedCommand{nullptr};
     std::atomic<Core::ICommand*> m_OutputsUpdatedCommand{nullptr};

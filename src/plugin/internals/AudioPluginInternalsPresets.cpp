@@ -11,8 +11,10 @@ namespace Lathe::Audio::Plugin {
 
 namespace {
 
+// Empty for a user without folders.
 std::filesystem::path GetDefaultPresetFile(const IStaticSettings& settings) {
-    return std::filesystem::path(settings.GetDataPath().GetUserPresetsFolder()) / "Default.preset";
+    const std::filesystem::path folder(settings.GetDataPath().GetUserPresetsFolder());
+    return folder.empty() ? folder : folder / "Default.preset";
 }
 
 } // namespace
@@ -36,15 +38,29 @@ void CAudioPluginInternalsBase::NextPreset() {
 }
 
 void CAudioPluginInternalsBase::ApplyPreset(int step) {
-    IPreset* preset = nullptr;
+    std::unique_ptr<IPreset> preset;
     {
         const Core::CAutoLock lock(m_PresetLock);
         m_CurrentPreset = m_PresetLists.WrapIndex(m_CurrentPreset + step);
-        preset = m_PresetLists.FindByIndex(m_CurrentPreset);
+        if (const IPreset* found = m_PresetLists.FindByIndex(m_CurrentPreset))
+            preset.reset(found->Clone());
     }
     // Without the lock: applying raises events, and their handlers ask for the name.
     if (preset)
         preset->Apply();
+}
+
+bool CAudioPluginInternalsBase::ApplyDefaultPreset() {
+    std::unique_ptr<IPreset> preset;
+    {
+        const Core::CAutoLock lock(m_PresetLock);
+        if (const IPreset* found = m_PresetLists.GetDefaultPreset())
+            preset.reset(found->Clone());
+    }
+    if (!preset)
+        return false;
+    preset->Apply();
+    return true;
 }
 
 void CAudioPluginInternalsBase::SetCurrentPreset(int index, const char* name) {
@@ -77,7 +93,8 @@ bool CAudioPluginInternalsBase::SavePreset(const char* path) {
 }
 
 bool CAudioPluginInternalsBase::SaveAsDefault() {
-    return SavePreset(GetDefaultPresetFile(m_StaticSettings).c_str());
+    const std::filesystem::path file = GetDefaultPresetFile(m_StaticSettings);
+    return !file.empty() && SavePreset(file.c_str());
 }
 
 void CAudioPluginInternalsBase::ResetDefault() {

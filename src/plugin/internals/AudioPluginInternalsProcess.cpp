@@ -3,10 +3,10 @@
 #include "core/RealtimePermission.h"
 #include "core/SaturatingCast.h"
 #include "dsp/ProcessInfo.h"
-#include "plugin/interfaces/PresetsManager.h"
 #include "plugin/internals/AudioPluginInternalsBase.h"
 #include "plugin/internals/ProcessAwareProperty.h"
 #include "plugin/midi/MIDICCEvents.h"
+#include "serialization/MemDataObject.h"
 
 #include <algorithm>
 
@@ -15,49 +15,65 @@ namespace Lathe::Audio::Plugin {
 namespace {
 
 constexpr double BypassRampMilliseconds = 10.0;
-constexpr int IdleMilliseconds = 50;
-// A host that gave no sign for longer than this is taken not to be processing.
-constexpr int HostSilentMilliseconds = 1499;
+
+class CPreparation {
+public:
+    explicit CPreparation(CHostActivity& activity) : m_Activity(activity) {
+        m_Activity.BeginPreparation();
+    }
+    ~CPreparation() { m_Activity.EndPreparation(); }
+    CPreparation(const CPreparation&) = delete;
+    CPreparation& operator=(const CPreparation&) = delete;
+
+private:
+    CHostActivity& m_Activity;
+};
 
 } // namespace
 
 void CAudioPluginInternalsBase::PrepareToProcess(double sampleRate,
                                                  const DSP::CFilterInitInfo& info) {
-    m_PrepareSeen = true;
-    const Core::CAutoLock running(m_RunningFlag);
-    m_RunningFlag.m_Value = true;
+    const CPreparation preparation(m_HostActivity);
     m_SampleRate.SetValue(sampleRate);
     m_MaxBlockSize.SetValue(std::max(info.m_MaxBlockSize, 0));
-    if (info.m_MaxBlockSize > 0)
-        m_LargestBlockSize = info.m_MaxBlockSize;
+    m_BlockSize = ChooseBlockSize(info.m_MaxBlockSize);
     m_Variations.Setup(*m_Filter, info.m_MaxVariationsOrder);
     m_DefaultOutputSync.SetSampleRate(sampleRate);
     if (info.m_ResetToDefaults)
         ResetToDefaults();
     InitFilter(sampleRate, info);
     StoreChannels(info.m_ConnectedInputs, info.m_ConnectedOutputs);
-    m_BypassManager.Init(m_Filter.get(), sampleRate, m_LargestBlockSize);
-    m_BypassManager.SetRampTime(BypassRampMilliseconds);
+    InitBypass();
     m_AllInputsPushed = false;
     m_Inputs.WriteProcessData(GetProcessData());
+    const int latency = m_Filter->GetLatency();
     PushAllInputs();
+    if (m_Filter->GetLatency() != latency) // The inputs have changed it.
+        InitBypass();
     ComputeOutputs();
     PublishOutputs(true);
     ForgetSentControllers();
     m_Prepared = true;
-    m_PrepareSeen = true;
+}
+
+// A host that doesn't tell has told before: no block needs more room then.
+int CAudioPluginInternalsBase::ChooseBlockSize(int maxBlockSize) {
+    m_LargestBlockSize = std::max(m_LargestBlockSize, maxBlockSize);
+    return maxBlockSize > 0 ? maxBlockSize : m_LargestBlockSize;
+}
+
+void CAudioPluginInternalsBase::InitBypass() {
+    m_BypassManager.Init(m_Filter.get(), m_SampleRate.GetValue(), m_BlockSize);
+    m_BypassManager.SetRampTime(BypassRampMilliseconds);
 }
 
 void CAudioPluginInternalsBase::InitFilter(double sampleRate, const DSP::CFilterInitInfo& info) {
     DSP::CFilterInitInfo copy = info;
     // Defaults have been set through the input objects.
     copy.m_ResetToDefaults = false;
-    // A host that doesn't tell has told before: no block needs more room then.
-    if (copy.m_MaxBlockSize <= 0)
-        copy.m_MaxBlockSize = m_LargestBlockSize;
-    LockProcessing();
+    copy.m_MaxBlockSize = m_BlockSize;
+    const System::CRealtimeAutoLock lock(GetProcessLock());
     m_Filter->Init(sampleRate, copy);
-    UnlockProcessing();
 }
 
 // -1 means as many as the filter's configuration has.
@@ -69,7 +85,7 @@ void CAudioPluginInternalsBase::StoreChannels(int inputs, int outputs) {
 
 SProcessData CAudioPluginInternalsBase::GetProcessData() const {
     SProcessData data;
-    data.m_MaxBlockSize = static_cast<int>(m_MaxBlockSize.GetValue());
+    data.m_MaxBlockSize = m_BlockSize;
     data.m_SampleRate = m_SampleRate.GetValue();
     data.m_Inputs = m_InputChannels.GetValue();
     data.m_Outputs = m_OutputChannels.GetValue();
@@ -82,16 +98,14 @@ void CAudioPluginInternalsBase::ForgetSentControllers() {
 }
 
 void CAudioPluginInternalsBase::ResetToDefaults() {
-    if (IPreset* preset = m_PresetLists.GetDefaultPreset()) {
-        preset->Apply();
+    if (ApplyDefaultPreset())
         return;
-    }
     const int count = m_InputParams ? m_InputParams->GetCount() : 0;
     for (int i = 0; i < count; ++i) {
         DataModel::Objects::ICaptureParam& param = m_InputParams->GetElement(i);
         param.SetValue(param.GetInfo().GetDefault());
     }
-    m_Inputs.SetToDefaults();
+    ReadInputObjects(Serialization::CMemDataObject());
 }
 
 bool CAudioPluginInternalsBase::SyncParams() {
@@ -135,34 +149,19 @@ void CAudioPluginInternalsBase::MarkAllInputs() {
 void CAudioPluginInternalsBase::PushAllInputs() {
     if (SyncInputs()) {
         m_AllInputsPushed = true;
-        LockProcessing();
+        const System::CRealtimeAutoLock lock(GetProcessLock());
         m_Filter->SetInputValues(m_Variations.GetEnd());
-        UnlockProcessing();
     }
     m_Variations.Commit();
 }
 
 const DSP::IConstFilterPropertiesVariations*
 CAudioPluginInternalsBase::GetPropertiesVariations(int numSamples) {
-    NoteHost();
+    m_HostActivity.BeginBlock();
     if (!SyncInputs())
         return nullptr;
     m_Variations.ComputeRates(numSamples);
     return &m_Variations;
-}
-
-// A block is a sign of the host. The idle timer clears m_RunningFlag and then looks for signs, this
-// leaves one and then looks at the flag: one of the two sees the other, so that the timer never
-// works beside a block. The wait is for one idle tick, and only after a long pause of a host that
-// wants outputs without blocks.
-void CAudioPluginInternalsBase::NoteHost() {
-    if (!m_OutputsUpdatedCommand.load(std::memory_order_relaxed))
-        return;
-    m_PrepareSeen = true;
-    if (m_RunningFlag.m_Value)
-        return;
-    const System::CRealtimeAutoLock running(m_RunningFlag);
-    m_RunningFlag.m_Value = true;
 }
 
 void CAudioPluginInternalsBase::LockProcessing() {
@@ -189,13 +188,14 @@ DSP::IOutputDataSync& CAudioPluginInternalsBase::GetOutputSync() {
 }
 
 void CAudioPluginInternalsBase::ComputeOutputs() {
-    LockProcessing();
+    const System::CRealtimeAutoLock lock(GetProcessLock());
     m_Filter->ResetOutputs();
-    UnlockProcessing();
 }
 
 bool CAudioPluginInternalsBase::PublishOutputs(bool force) {
-    return m_Outputs.Publish(*m_Filter, GetProcessLock(), force);
+    const bool published = m_Outputs.Publish(*m_Filter, GetProcessLock(), force);
+    m_OutputsPending = !published;
+    return published;
 }
 
 bool CAudioPluginInternalsBase::HandleMIDIEvent(const MIDI::IConstMIDIEvent& event,
@@ -206,45 +206,32 @@ bool CAudioPluginInternalsBase::HandleMIDIEvent(const MIDI::IConstMIDIEvent& eve
 
 bool CAudioPluginInternalsBase::MakeOutputMIDIEvent(int output, MIDI::IMIDIEvent& event) {
     std::atomic<int>& last = m_LastOutputCC[static_cast<std::size_t>(output)];
-    int lastSent = last.load(std::memory_order_relaxed);
+    const int before = last.load(std::memory_order_relaxed);
+    int lastSent = before;
     const bool made =
         MakeControllerEvent(m_MIDIController.GetOutputSettings().GetElement(output),
                             GetOutputParamInfos().GetElement(output),
                             m_Filter->GetOutputParamsValues().GetValue(output), lastSent, event);
-    last.store(lastSent, std::memory_order_relaxed);
+    // A load that has made it forget meanwhile wins.
+    int expected = before;
+    if (made)
+        last.compare_exchange_strong(expected, lastSent, std::memory_order_relaxed);
     return made;
 }
 
 void CAudioPluginInternalsBase::OnIdleTimer() {
     if (!m_OutputsUpdatedCommand.load() || !m_Prepared || m_LoadingState > 0)
         return;
-    CountIdleTick();
-    if (m_RunningFlag.m_Value || !m_RunningFlag.TryLock())
+    if (!m_HostActivity.BeginIdle())
         return;
-    if (!m_RunningFlag.m_Value)
-        UpdateOutputsWhileIdle();
-    m_RunningFlag.Unlock();
-}
-
-void CAudioPluginInternalsBase::CountIdleTick() {
-    if (m_PrepareSeen.exchange(false) || !m_RunningFlag.m_Value) {
-        m_IdleTicks = 0;
-        return;
-    }
-    ++m_IdleTicks;
-    if (m_IdleTicks * IdleMilliseconds <= HostSilentMilliseconds || !m_RunningFlag.TryLock())
-        return;
-    m_RunningFlag.m_Value = false;
-    if (m_PrepareSeen) // The host came back meanwhile.
-        m_RunningFlag.m_Value = true;
-    m_IdleTicks = 0;
-    m_RunningFlag.Unlock();
+    UpdateOutputsWhileIdle();
+    m_HostActivity.EndIdle();
 }
 
 void CAudioPluginInternalsBase::UpdateOutputsWhileIdle() {
     if (!m_Filter->GetOutputDataSync())
-        m_DefaultOutputSync.AddSamples(
-            Core::TruncateToInt(IdleMilliseconds / 1000.0 * m_SampleRate.GetValue()));
+        m_DefaultOutputSync.AddSamples(Core::TruncateToInt(CHostActivity::s_TickMilliseconds /
+                                                           1000.0 * m_SampleRate.GetValue()));
     const bool pending = m_OutputsPending;
     if (GetOutputSync().IsTimeToSync()) {
         GetOutputSync().ResetCounter();
@@ -252,10 +239,10 @@ void CAudioPluginInternalsBase::UpdateOutputsWhileIdle() {
         ComputeOutputs();
         if (Core::ICommand* outputsUpdated = m_OutputsUpdatedCommand)
             outputsUpdated->Execute();
-        m_OutputsPending = !PublishOutputs(false);
+        PublishOutputs(false);
     }
     if (pending && m_OutputsPending)
-        m_OutputsPending = !PublishOutputs(false);
+        PublishOutputs(false);
 }
 
 } // namespace Lathe::Audio::Plugin

@@ -8,6 +8,7 @@
 #include "plugin/internals/ProcessAwareProperty.h"
 #include "plugin/presets/InputValuesSerializers.h"
 #include "serialization/CollectionSerializers.h"
+#include "serialization/MemDataObject.h"
 #include "serialization/ObjectProbe.h"
 #include "serialization/StreamValue.h"
 
@@ -46,16 +47,45 @@ void ReadSettings(const IReadDataStream& input, const char* name, TSettings& set
     input.ReadObject(name, reader);
 }
 
-// Sets the flag back when the load ends, whichever way that is.
-class CLoadScope {
+// Counts itself while it lives.
+class CCountScope {
 public:
-    explicit CLoadScope(std::atomic<int>& loads) : m_Loads(loads) { ++m_Loads; }
-    ~CLoadScope() { --m_Loads; }
-    CLoadScope(const CLoadScope&) = delete;
-    CLoadScope& operator=(const CLoadScope&) = delete;
+    explicit CCountScope(std::atomic<int>& count) : m_Count(count) { ++m_Count; }
+    ~CCountScope() { --m_Count; }
+    CCountScope(const CCountScope&) = delete;
+    CCountScope& operator=(const CCountScope&) = delete;
 
 private:
-    std::atomic<int>& m_Loads;
+    std::atomic<int>& m_Count;
+};
+
+// The editor and the model rest from the first of several loads at once to the end of the last.
+class CRestScope {
+public:
+    CRestScope(std::atomic<int>& rests, IPluginGUI* gui, IAudioPluginModel* model)
+        : m_Rests(rests), m_GUI(gui), m_Model(model) {
+        if (m_Rests++ > 0)
+            return;
+        if (m_GUI)
+            m_GUI->Suspend();
+        if (m_Model)
+            m_Model->Enable(false);
+    }
+    ~CRestScope() {
+        if (--m_Rests > 0)
+            return;
+        if (m_Model)
+            m_Model->Enable(true);
+        if (m_GUI)
+            m_GUI->Resume();
+    }
+    CRestScope(const CRestScope&) = delete;
+    CRestScope& operator=(const CRestScope&) = delete;
+
+private:
+    std::atomic<int>& m_Rests;
+    IPluginGUI* m_GUI;
+    IAudioPluginModel* m_Model;
 };
 
 } // namespace
@@ -105,13 +135,17 @@ bool CAudioPluginInternalsBase::WriteInternalDSPState(IWriteDataStream& output) 
 }
 
 bool CAudioPluginInternalsBase::DeSerialize(const IReadDataStream& input) {
-    const CLoadScope loading(m_LoadingState);
+    const CCountScope loading(m_LoadingState);
     ForgetSentControllers();
-    if (m_GUI)
-        m_GUI->Suspend();
-    if (m_Model)
-        m_Model->Enable(false);
+    const bool dspStateRead = ReadState(input);
+    Core::ICommand* stateChanged = m_StateChangedCommand;
+    if (dspStateRead && stateChanged)
+        stateChanged->Execute();
+    return true;
+}
 
+bool CAudioPluginInternalsBase::ReadState(const IReadDataStream& input) {
+    const CRestScope resting(m_RestingLoads, m_GUI.get(), m_Model.get());
     int version = 0;
     ReadValue(input, "version", version);
     const bool incremental = input.IsIncremental();
@@ -119,24 +153,16 @@ bool CAudioPluginInternalsBase::DeSerialize(const IReadDataStream& input) {
     ReadMIDISettings(input);
     ReadInputParams(input);
     if (version < FirstVersionWithObjects && !incremental)
-        m_Inputs.SetToDefaults();
+        ReadInputObjects(CMemDataObject());
     else
         ReadInputObjects(input);
-    const bool stateRead =
-        (version >= FirstVersionWithDSPState || incremental) && ReadInternalDSPState(input);
+    const bool hasDSPState = version >= FirstVersionWithDSPState || incremental;
+    const bool dspStateRead = hasDSPState && ReadInternalDSPState(input);
     if (m_Model)
         ReadObjectOrDefaults(input, "model", *m_Model);
     if (m_GUI)
         ReadObjectOrDefaults(input, "GUI", *m_GUI);
-
-    if (m_Model)
-        m_Model->Enable(true);
-    if (m_GUI)
-        m_GUI->Resume();
-    Core::ICommand* stateChanged = m_StateChangedCommand;
-    if (stateRead && stateChanged)
-        stateChanged->Execute();
-    return true;
+    return dspStateRead;
 }
 
 void CAudioPluginInternalsBase::ReadProgramName(const IReadDataStream& input) {
@@ -189,7 +215,7 @@ void CAudioPluginInternalsBase::ReadInputObjects(const IReadDataStream& input) {
 }
 
 bool CAudioPluginInternalsBase::ReadInternalDSPState(const IReadDataStream& input) {
-    ISerializable* state = m_Filter ? m_Filter->GetInternalDSPState() : nullptr;
+    ISerializable* state = m_FilterHasState && m_Filter ? m_Filter->GetInternalDSPState() : nullptr;
     if (!state)
         return false;
     CDeSerializeProbe probe(*state);

@@ -8,10 +8,6 @@ namespace Lathe::Audio::Plugin {
 // Whoever makes one fills the fields; copying copies the pointers.
 class CGUIConnections : public IPluginGUIConnections {
 public:
-    CGUIConnections() = default;
-    // Reads every operation of the record once.
-    explicit CGUIConnections(const IPluginGUIConnections& other);
-
     const DSP::IConstFilterProductInfo* GetProductInfo() const override { return m_ProductInfo; }
     const IConstPackageInfo* GetPackageInfo() const override { return m_PackageInfo; }
     const DSP::IFilter* GetFilter() const override { return m_Filter; }

@@ -59,10 +59,6 @@ void CInputObjects::PurgeRetired() {
     ForEach([](auto& object) { object.PurgeRetired(); });
 }
 
-void CInputObjects::SetToDefaults() {
-    ForEach([](auto& object) { object.SetToDefault(); });
-}
-
 void CInputObjects::WriteProcessData(const SProcessData& data) {
     ForEachObject(m_InputCustomProperties, [&](auto& object) {
         object.ModifyValue([&](DataModel::Objects::IDynamicPropertyValue& value) {

@@ -47,11 +47,9 @@ public:
     bool Sync(DSP::CFilterProperties& end) LATHE_REALTIME;
     // Frees the values that no block holds any more. Not for the audio thread.
     void PurgeRetired();
-    // Kind by kind, each in order: so for the two below.
-    void SetToDefaults();
     // Tells the custom properties that want to know. Not while blocks run.
     void WriteProcessData(const SProcessData& data);
-    // The command runs on the threads of the writers.
+    // Kind by kind, each in order. The command runs on the threads of the writers.
     void AddValueChangedCommand(Core::ICommand& command);
     void RemoveValueChangedCommand(Core::ICommand& command);
 

@@ -54,7 +54,6 @@ public:
         if (isNew)
             this->NotifyValueChanged();
     }
-    void SetToDefault() { SetValue(GetDefaultOf(m_Info)); }
     // Objects only: hands a clone of the value to the operation, and stores it if that returns
     // true. Under the shared lock as a whole, so that nothing is written meanwhile: not while
     // blocks run.

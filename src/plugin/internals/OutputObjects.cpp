@@ -8,11 +8,7 @@ namespace Lathe::Audio::Plugin {
 namespace {
 
 void UpdateOutputs(DSP::IFilter& filter, Core::ILock* processLock) {
-    if (!processLock) {
-        filter.UpdateOutputs();
-        return;
-    }
-    const System::CRealtimeAutoLock lock(*processLock);
+    const System::CRealtimeAutoLock lock(processLock);
     filter.UpdateOutputs();
 }
 

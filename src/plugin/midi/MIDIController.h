@@ -9,7 +9,8 @@
 namespace Lathe::Audio::Plugin {
 
 // The lists keep their sizes for life. Handlers of the settings-changed event run under the lock of
-// the setting's own event, and so change no settings themselves.
+// the setting's own event, and so neither change settings themselves nor ask the default settings
+// for a list, which are copied to here under the lock of that list.
 class CMIDIController : public IMIDIController {
 public:
     CMIDIController(int inputCount, int outputCount);

@@ -26,8 +26,11 @@ void CMIDILearner::SetEnabled(bool enabled) {
 void CMIDILearner::OnMessage() {
     if (!GetEnabled())
         return;
-    m_Setting.SetNumber(m_Message.GetNumber());
-    m_Setting.SetChannel(m_Message.GetChannel());
+    // Whoever hears of the number may end the learner.
+    IMIDICCSetting& setting = m_Setting;
+    const int channel = m_Message.GetChannel();
+    setting.SetNumber(m_Message.GetNumber());
+    setting.SetChannel(channel);
 }
 
 } // namespace Lathe::Audio::Plugin

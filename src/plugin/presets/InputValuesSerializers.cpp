@@ -109,7 +109,12 @@ public:
             SetDefault();
         return read;
     }
-    void SetDefault() { m_Object.SetValue(GetDefault(m_Object.GetInfo())); }
+    void SetDefault() {
+        const std::unique_ptr<I> value(GetDefault(m_Object.GetInfo()).Clone());
+        if (m_PostCreate)
+            m_PostCreate->Execute(*value);
+        m_Object.SetValue(*value);
+    }
 
 private:
     Object& m_Object;

@@ -58,7 +58,7 @@ public:
     using Inputs = TIInputObjects<const I&, TInfo>;
     using PostCreateCommand = Core::TIArgCommand<I&>;
 
-    // The command, not owned, gets each new value before that value reads itself.
+    // The command, not owned, gets each new value before that value reads itself, and each default.
     explicit TInputObjectsDeSerializer(Inputs& inputs, PostCreateCommand* postCreate = nullptr)
         : m_Inputs(inputs), m_PostCreate(postCreate) {}
     bool DeSerialize(const Serialization::IReadDataStream& input) override;

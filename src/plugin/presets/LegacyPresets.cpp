@@ -14,7 +14,7 @@ namespace {
 
 using DataModel::Objects::ICaptureParam;
 using DataModel::Objects::IConstParamInfo;
-using Values = Containers::IConstValueVector<double>;
+using Values = std::vector<double>;
 
 constexpr int FixedKind = 0;
 constexpr int RandomKind = 1;
@@ -34,9 +34,9 @@ double MakeRandomValue(const IConstParamInfo& info) {
 // Calls the operation with each parameter of the filter and its value, as far as there are both.
 template <class TOperation>
 void ForEachParam(IInputParams& params, const Values& values, TOperation operation) {
-    const int count = std::min(params.GetCount() - 1, values.GetCount());
+    const int count = std::min(params.GetCount() - 1, static_cast<int>(values.size()));
     for (int i = 0; i < count; ++i)
-        operation(params.GetElement(i + 1), values.GetValue(i));
+        operation(params.GetElement(i + 1), values[static_cast<std::size_t>(i)]);
 }
 
 void SetValues(IInputParams& params, const Values& values) {
@@ -53,16 +53,23 @@ void SetRandomValues(IInputParams& params, const Values& values) {
 
 } // namespace
 
+CAudioPluginLegacyPreset::CAudioPluginLegacyPreset(IPresetOwner& owner, int index,
+                                                   const DSP::ILegacyPreset& preset)
+    : m_Owner(&owner), m_Index(index), m_Name(preset.GetName()), m_Kind(preset.GetKind()) {
+    for (int i = 0; i < preset.GetValues().GetCount(); ++i)
+        m_Values.push_back(preset.GetValues().GetValue(i));
+}
+
 void CAudioPluginLegacyPreset::Apply() {
     m_Owner->SetCurrentPreset(m_Index, GetName());
     IInputParams* params = m_Owner->GetInputParams();
     if (!params || params->GetCount() == 0)
         return;
     params->GetElement(0).SetValue(0.0);
-    if (m_Preset->GetKind() == FixedKind)
-        SetValues(*params, m_Preset->GetValues());
-    else if (m_Preset->GetKind() == RandomKind)
-        SetRandomValues(*params, m_Preset->GetValues());
+    if (m_Kind == FixedKind)
+        SetValues(*params, m_Values);
+    else if (m_Kind == RandomKind)
+        SetRandomValues(*params, m_Values);
 }
 
 CAudioPluginLegacyPresets::CAudioPluginLegacyPresets(IPresetOwner& owner,

@@ -1,6 +1,7 @@
 // The presets that a filter names of its own, as presets of the instance.
 #pragma once
 
+#include "core/text/CharString.h"
 #include "dsp/LegacyPresets.h"
 #include "plugin/interfaces/PresetsManager.h"
 
@@ -13,22 +14,24 @@ class IPresetOwner;
 
 class CAudioPluginLegacyPreset : public IPreset {
 public:
-    // The index is the global one. Name and values stay the filter's.
-    CAudioPluginLegacyPreset(IPresetOwner& owner, int index, const DSP::ILegacyPreset& preset)
-        : m_Owner(&owner), m_Index(index), m_Preset(&preset) {}
+    // The index is the global one. Copies the preset: the filter may die first.
+    CAudioPluginLegacyPreset(IPresetOwner& owner, int index, const DSP::ILegacyPreset& preset);
 
-    const char* GetName() const override { return m_Preset->GetName(); }
+    const char* GetName() const override { return m_Name.GetText(); }
     // Switches Bypass off and sets the parameters as the preset's kind tells. Uses the random
     // numbers of the whole process.
     void Apply() override;
+    CAudioPluginLegacyPreset* Clone() const override { return new CAudioPluginLegacyPreset(*this); }
 
 private:
     IPresetOwner* m_Owner;
     int m_Index;
-    const DSP::ILegacyPreset* m_Preset;
+    Core::CCharString m_Name;
+    int m_Kind;
+    std::vector<double> m_Values;
 };
 
-// One for each of the filter's presets, which must live as long. They count from 0.
+// One for each of the filter's presets. They count from 0.
 class CAudioPluginLegacyPresets : public IPresets {
 public:
     CAudioPluginLegacyPresets(IPresetOwner& owner, const DSP::ILegacyPresets& presets);

@@ -27,8 +27,8 @@ void ScanFolder(const std::filesystem::path& path, CPresetFolder& folder, CPrese
 // Holds no lock: the owner guards it, but for the constructor.
 class CPresetLists {
 public:
-    // The filter's presets are the factory's if it has any, and then live as long as the lists; the
-    // files of the factory's folder otherwise. The user's are looked for at once.
+    // The filter's presets are the factory's if it has any, the files of the factory's folder
+    // otherwise. The user's are looked for at once.
     CPresetLists(IPresetOwner& owner, const DSP::ILegacyPresets& legacyPresets,
                  const IAudioPluginDataPath& dataPath);
     CPresetLists(const CPresetLists&) = delete;

@@ -27,6 +27,7 @@ public:
     const char* GetName() const override { return m_Name.GetText(); }
     // The preset itself may be gone when this returns: whoever hears of it may refresh the lists.
     void Apply() override;
+    CXMLPresetFile* Clone() const override { return new CXMLPresetFile(*this); }
 
 private:
     std::filesystem::path m_Path;

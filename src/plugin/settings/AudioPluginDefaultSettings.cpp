@@ -93,7 +93,7 @@ void CAudioPluginDefaultSettings::Save() {
 
 void CAudioPluginDefaultSettings::SetSkinFile(const char* path) {
     const CAutoLock lock(m_SkinLock);
-    m_SkinFile = path;
+    m_SkinFile = path ? path : "";
 }
 
 void CAudioPluginDefaultSettings::SetInputCCSettings(const IConstMIDICCSettings& settings) {

@@ -15,7 +15,8 @@ namespace Lathe::Audio::Plugin {
 
 class IAudioPluginDataPath;
 
-// A rate that is no finite number above zero is never taken, whether set or read.
+// A rate that is no finite number above zero is never taken, whether set or read. Handlers of a
+// list's event run under the lock of that list, and so neither touch the other one nor save.
 class CAudioPluginDefaultSettings : public Serialization::ISerializable,
                                     public IAudioPluginDefaultSettings {
 public:

@@ -1,11 +1,11 @@
 // Proves what every filter owes its owner, from the gain stage to the whole equaliser: neither
 // blocks nor memory layout show in the samples, ramps land, copies go on, silence and Reset forget.
 
+#include "core/RealtimePermission.h"
 #include "core/containers/VectorAdapter.h"
 #include "dsp/FilterTestSupport.h"
 #include "dsp/PluginsFilters/DualCairnEQ.h"
 #include "support/AllocationCounter.h"
-#include "core/RealtimePermission.h"
 
 namespace Lathe::Audio::DSP {
 

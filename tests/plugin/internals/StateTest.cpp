@@ -1,162 +1,192 @@
 // The state of an instance as presets, sessions and undo hold it: what comes back, what old and
-// damaged documents give, and how the lists of presets move.
-#include "plugin/PluginTestFilter.h"
-#include "plugin/TestHost.h"
-
-#include "dsp/PluginsFilters/DualCairnEQ.h"
+// damaged documents give, and how the presets move.
+#include "datamodel/Journal.h"
 #include "math/Constant.h"
+#include "plugin/TestHost.h"
+#include "plugin/presets/InputValuesSerializers.h"
 #include "serialization/history/HistoryManager.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <functional>
 
 namespace Lathe::Audio::Plugin {
 namespace {
 
-std::string TakeText(char* text) {
-    return std::unique_ptr<char[]>(text).get();
-}
+using namespace Serialization;
+using namespace Serialization::Tests;
+using DataModel::Objects::IDynamicPropertyValue;
 
-class State : public testing::Test {
-protected:
-    State() : m_Host(MakeFilter()) {
-        m_Host.Connect();
-        m_Host.Prepare();
+// A document as one that holds only changes, to any depth.
+struct CChangesView : CXmlBaseDataObject {
+    explicit CChangesView(const IReadDataStream& document)
+        : CXmlBaseDataObject(dynamic_cast<const CXmlBaseDataObject&>(document)) {}
+    bool IsIncremental() const override { return true; }
+    bool ReadObject(const char* name, IDeSerialize& object) const override {
+        struct CInner : IDeSerialize {
+            explicit CInner(IDeSerialize& inner) : m_Inner(inner) {}
+            bool DeSerialize(const IReadDataStream& input) override {
+                return m_Inner.DeSerialize(CChangesView(input));
+            }
+            IDeSerialize& m_Inner;
+        } inner(object);
+        return CXmlBaseDataObject::ReadObject(name, inner);
     }
-
-    std::unique_ptr<DSP::IFilter> MakeFilter() {
-        STestFilterSetup setup;
-        setup.m_HasState = true;
-        auto filter = std::make_unique<CPluginTestFilter>(setup);
-        m_Filter = filter.get();
-        return filter;
-    }
-    auto& GetText() { return m_Host->GetConnections().GetInputStrings()->GetElement(0); }
-    std::string GetName() { return TakeText(m_Host->GetCurrentPresetName()); }
-    double GetCurve() {
-        auto& curve = m_Host->GetConnections().GetInputCurves()->GetElement(0);
-        return std::unique_ptr<Math::IFunction>(curve.GetValue())->Evaluate(0.0);
-    }
-    // Everything off its default.
-    void MoveAll() {
-        m_Host.SetParam(0, 1.0);
-        m_Host.SetParam(1, 1.75);
-        GetText().SetValue("moved");
-        m_Host->GetConnections().GetInputCurves()->GetElement(0).SetValue(
-            Math::CConstantFunction(7.0));
-        m_Filter->m_State = 9;
-        m_Host->GetConnections().GetMIDIInputDefault()->SetValue(false);
-        m_Host->GetMIDIController().GetInputSettings()[1].SetNumber(77);
-    }
-    void CheckMoved() {
-        EXPECT_EQ(m_Host.GetParam(0), 1.0);
-        EXPECT_EQ(m_Host.GetParam(1), 1.75);
-        EXPECT_EQ(TakeText(GetText().GetValue()), "moved");
-        EXPECT_EQ(GetCurve(), 7.0);
-        EXPECT_EQ(m_Filter->m_State, 9);
-        EXPECT_EQ(m_Host->GetMIDIController().GetInputSettings()[1].GetNumber(), 77);
-    }
-    // All but the filter's own state, which has no default.
-    void CheckDefaults() {
-        EXPECT_EQ(m_Host.GetParam(0), 0.0);
-        EXPECT_EQ(m_Host.GetParam(1), 1.0);
-        EXPECT_EQ(TakeText(GetText().GetValue()), "none");
-        EXPECT_EQ(GetCurve(), 0.0);
-    }
-    std::string PathOf(const char* preset) const { return m_Home.In("user/Presets/") + preset; }
-    void WritePreset(const char* file, double level) {
-        const std::string name = std::filesystem::path(file).stem();
-        m_Home.Write(std::string("user/Presets/") + file,
-                     "<Preset version=\"4\" progName=\"" + name + "\"><inputParams p1=\"" +
-                         std::to_string(level) + "\"/></Preset>");
-    }
-
-    CTemporaryHome m_Home;
-    CPluginTestFilter* m_Filter = nullptr;
-    CTestHost m_Host;
 };
 
-TEST_F(State, ComesBackWhole) {
-    const std::string before = m_Host.GetState();
-    MoveAll();
-    const std::string moved = m_Host.GetState();
-    ASSERT_TRUE(m_Host.SetState(before));
-    CheckDefaults();
-    EXPECT_TRUE(m_Host->GetConnections().GetMIDIInputDefault()->GetValue());
-    EXPECT_EQ(m_Filter->m_State, 0);
-    ASSERT_TRUE(m_Host.SetState(moved));
-    CheckMoved();
-    EXPECT_EQ(m_Host.GetState(), moved);
-}
+class State : public testing::Test, protected SRig {
+protected:
+    State() : SRig({.m_HasState = true}) { m_Host.Prepare(); }
 
-TEST_F(State, WritesItsKeysInOrder) {
-    const std::string state = m_Host.GetState();
+    auto& GetCurve() { return Get().GetInputCurves()->GetElement(0); }
+    auto& GetSurface() { return Get().GetInputSurfaces()->GetElement(0); }
+    auto& GetProperty() { return Get().GetInputCustomProperties()->GetElement(0); }
+    std::string GetName() { return TakeText(m_Host->GetCurrentPresetName()); }
+    // The numbers, the text, the curve, the surface, the property and the filter's own state.
+    std::string Show() {
+        const std::unique_ptr<Math::IFunction> curve(GetCurve().GetValue());
+        const std::unique_ptr<Math::IBinaryFunction> surface(GetSurface().GetValue());
+        const std::unique_ptr<IDynamicPropertyValue> property(GetProperty().GetValue());
+        std::ostringstream text;
+        text << m_Host.GetParam(0) << ' ' << m_Host.GetParam(1) << ' '
+             << TakeText(GetText().GetValue()) << ' ' << curve->Evaluate(0.0) << ' '
+             << surface->Evaluate(0.0, 0.0) << ' '
+             << dynamic_cast<CTestProperty&>(*property).m_Number << ' ' << m_Filter->m_State;
+        return text.str();
+    }
+    // Everything off its default.
+    std::string Move() {
+        m_Host.SetParam(0, 1.0);
+        m_Host.SetParam(1, 1.75);
+        GetText().SetValue("mo<\xc3\xa4> & \"v");
+        GetCurve().SetValue(Math::CConstantFunction(7.0));
+        GetSurface().SetValue(Math::CConstantBinaryFunction(8.0));
+        GetProperty().SetValue(CTestProperty(6.0));
+        m_Filter->m_State = 9;
+        Get().GetMIDIInputDefault()->SetValue(false);
+        Get().GetMIDIOutputDefault()->SetValue(false);
+        m_Host->GetMIDIController().GetInputSettings()[1].SetNumber(77);
+        m_Host->GetMIDIController().GetOutputSettings()[1].SetNumber(78);
+        return m_Host.GetState();
+    }
+    std::string PathOf(const char* preset) const { return m_Home.In("user/Presets/") + preset; }
+};
+
+constexpr const char* Moved = "1 1.75 mo<\xc3\xa4> & \"v 7 8 6 9";
+
+TEST_F(State, ComesBackWhole) {
+    ForEachStream([&](auto& stream, const auto& reload) {
+        Move();
+        ASSERT_TRUE(m_Host->SerializeState(stream));
+        reload();
+        m_Host->DeSerializeState(CMemDataObject());
+        EXPECT_EQ(Show(), "0 1 none 0 0 1 9") << "the filter's own state has no default";
+        m_Host->DeSerializeState(stream);
+        EXPECT_EQ(Show(), Moved);
+        m_Host->DeSerializeState(CChanges());
+        EXPECT_EQ(Show(), Moved);
+    });
+    const std::string moved = Move();
+    ASSERT_TRUE(m_Host.SetState("<Preset/>"));
+    ASSERT_TRUE(m_Host.SetState(moved));
+    EXPECT_EQ(m_Host.GetState(), moved);
     std::size_t place = 0;
     for (const char* key :
-         {"<Preset ", "version=\"4\"", "progName=\"Default Settings\"",
-          "MIDIInputDefault=", "MIDIOutputDefault=", "<inputParams count=\"2\"", " p0=\"0",
-          " p1=\"1", "<inputStrings count=\"1\" s0=\"none\"", "<inputCurves ", "<inputSurfaces ",
+         {"<Preset ", "version=\"4\"", "progName=\"Default",
+          "MIDIInputDefault=", "MIDIOutputDefault=", "<MIDIInputSettings", "number=\"77\"",
+          "<MIDIOutputSettings", "number=\"78\"", "<inputParams count=\"2\" p0=\"1\" p1=\"1.75\"",
+          "<inputStrings count=\"1\" s0='mo&lt;", "<inputCurves ", "<inputSurfaces ",
           "<inputCustomProperties ", "<internalDSPState ", "<model", "<GUI"}) {
-        const std::size_t found = state.find(key, place);
-        EXPECT_NE(found, std::string::npos) << key << " in " << state;
-        place = found;
+        place = moved.find(key, place);
+        EXPECT_NE(place, std::string::npos) << key << " in " << moved;
     }
-    EXPECT_EQ(state.find("MIDIInputSettings"), std::string::npos);
 }
 
 TEST_F(State, OldAndForeignDocumentsGiveDefaults) {
-    MoveAll();
-    const std::string moved = m_Host.GetState();
-    const auto withVersion = [&](const char* version) {
-        std::string text = moved;
-        return text.replace(text.find("version=\"4\""), 11, version);
-    };
+    const std::string moved = Move();
     // Before version 3 only numbers are read, and before 4 the filter keeps its own state.
-    for (const char* version : {"", "version=\"2\""}) {
-        MoveAll();
+    for (const auto& [version, result] : {std::pair("", "1 1.75 none 0 0 1 5"),
+                                          {"version=\"2\"", "1 1.75 none 0 0 1 5"},
+                                          {"version=\"3\"", "1 1.75 mo<\xc3\xa4> & \"v 7 8 6 5"}}) {
+        Move();
         m_Filter->m_State = 5;
-        ASSERT_TRUE(m_Host.SetState(withVersion(version)));
-        EXPECT_EQ(m_Host.GetParam(1), 1.75);
-        EXPECT_EQ(TakeText(GetText().GetValue()), "none");
-        EXPECT_EQ(m_Filter->m_State, 5);
+        std::string text = moved;
+        ASSERT_TRUE(m_Host.SetState(text.replace(text.find("version=\"4\""), 11, version)));
+        EXPECT_EQ(Show(), result);
     }
-    ASSERT_TRUE(m_Host.SetState(withVersion("version=\"3\"")));
-    EXPECT_EQ(TakeText(GetText().GetValue()), "moved");
-    EXPECT_EQ(m_Filter->m_State, 5);
-
-    MoveAll();
     ASSERT_TRUE(m_Host.SetState("<Something else=\"1\"><other/></Something>"));
-    CheckDefaults();
+    EXPECT_EQ(Show(), "0 1 none 0 0 1 5"); // The filter's own state has no default.
     EXPECT_EQ(GetName(), "Default");
+}
 
-    ASSERT_TRUE(
-        m_Host.SetState("<Preset version=\"4\"><inputParams count=\"2000000000\" p1=\"1.5\" "
-                        "p9=\"3\"/></Preset>"));
-    EXPECT_EQ(m_Host.GetParam(1), 1.5);
+TEST_F(State, NumbersAreFiniteAndInRange) {
+    // What is stored, and what it becomes of 0.5.
+    const double cases[][2] = {{0.75, 0.75}, {7.0, 2.0},      {-1e300, 0.0},
+                               {NAN, 1.0},   {INFINITY, 1.0}, {-INFINITY, 1.0}};
+    THostParams<DataModel::Objects::ICaptureParam, CUnlimitedParam> params(
+        m_Host->GetInputParamInfos());
+    CInputParamsDeSerializer reader(params);
+    for (const auto& [stored, result] : cases) {
+        SCOPED_TRACE(stored);
+        CMemDataObject stream;
+        CChanges changes;
+        EXPECT_TRUE(WriteValue(stream, "p1", stored) && WriteValue(changes, "p1", stored));
+        EXPECT_TRUE(WriteValue(stream, "p0", 1.0) && WriteValue(stream, "count", 2000000000));
+        params[1].SetValue(0.5);
+        EXPECT_TRUE(reader.DeSerialize(changes));
+        EXPECT_EQ(params[1].GetValue(), std::isfinite(stored) ? result : 0.5);
+        EXPECT_EQ(reader.DeSerialize(stream), std::isfinite(stored));
+        EXPECT_EQ(params[1].GetValue(), result);
+    }
+}
+
+TEST_F(State, ObjectsOfUnknownClassOrNoneGetTheDefault) {
+    const std::string known = std::string("<obj0 isNull='0' type='") + CTestProperty::ClassId() +
+                              "'><content number='7'/></obj0>";
+    // What 5 becomes, with the default 1, in a full stream and in one of changes, where "v" tells
+    // of a write.
+    const std::tuple<std::string, const char*, const char*> cases[] = {
+        {known, "v7 reads", "v7 reads"},
+        {known.substr(0, known.find("<content")) + "</obj0>", "v1 fails", "5 fails"},
+        {"<obj0 isNull='0' type='?'><content number='7'/></obj0>", "v1 fails", "5 fails"},
+        {"<obj0 isNull='1'/>", "v1 reads", "v1 reads"},
+        {"<obj0><content number='7'/></obj0>", "v1 fails", "v7 reads"},
+        {"<obj0><content/></obj0>", "v1 fails", "v5 reads"},
+        {"<obj1 isNull='1'/>", "v1 fails", "5 reads"}};
+    CInputCustomPropertiesDeSerializer reader(*Get().GetInputCustomProperties());
+    DataModel::CJournal journal(GetProperty());
+    for (const auto& [object, full, incremental] : cases) {
+        SCOPED_TRACE(object);
+        CXmlDataObject document("Root");
+        ASSERT_TRUE(Parse(document, "<r count='-1' obj0='3'>" + object + "</r>"));
+        const CChangesView changes(document);
+        for (const char* expected : {full, incremental}) {
+            GetProperty().SetValue(CTestProperty(5.0));
+            journal.Take();
+            const bool reads =
+                expected == full ? reader.DeSerialize(document) : reader.DeSerialize(changes);
+            const std::unique_ptr<IDynamicPropertyValue> value(GetProperty().GetValue());
+            std::ostringstream text;
+            text << journal.Take() << dynamic_cast<CTestProperty&>(*value).m_Number;
+            EXPECT_EQ(text.str() + (reads ? " reads" : " fails"), expected);
+        }
+    }
 }
 
 // Each is refused or falls to defaults, and audio goes on.
 TEST_F(State, SurvivesHostileDocuments) {
-    MoveAll();
-    const std::string good = m_Host.GetState();
-    std::vector<std::string> documents;
+    const std::string good = Move();
+    std::string nested;
+    for (int depth = 0; depth < 1000000; ++depth)
+        nested += "<a>";
+    std::vector<std::string> documents{nested, "<Preset progName=\"" +
+                                                   std::string(100'000'000, 'x') + "\"/>"};
     for (std::size_t length = 0; length < good.size(); length += 37)
         documents.push_back(good.substr(0, length));
     for (std::size_t place = 0; place < good.size(); place += 11) {
         documents.push_back(good);
         documents.back()[place] ^= 1;
     }
-    std::string nested;
-    for (int depth = 0; depth < 1000000; ++depth)
-        nested += "<a>";
-    documents.push_back(nested);
-    documents.push_back("<Preset progName=\"" + std::string(100'000'000, 'x') + "\"/>");
-    for (const char* number : {"nan", "inf", "-inf", "1e999", "-1e308", "text", ""})
-        documents.push_back("<Preset version=\"4\"><inputParams count=\"2\" p0=\"" +
-                            std::string(number) + "\" p1=\"" + number +
-                            "\"/><inputCurves count=\"" + number + "\" obj0=\"" + number +
+    for (const std::string number : {"nan", "inf", "-inf", "1e999", "-1e308", "text", ""})
+        documents.push_back("<Preset version=\"4\"><inputParams count=\"2\" p0=\"" + number +
+                            "\" p1=\"" + number + "\"/><inputCurves count=\"" + number +
+                            "\" obj0=\"" + number +
                             "\"/><inputStrings><s0/></inputStrings></Preset>");
     for (const std::string& document : documents) {
         m_Host.SetState(document);
@@ -166,76 +196,65 @@ TEST_F(State, SurvivesHostileDocuments) {
         ASSERT_TRUE(std::isfinite(m_Host.m_OutputSamples[0][63])) << document.substr(0, 200);
     }
     ASSERT_TRUE(m_Host.SetState(good));
-    CheckMoved();
+    EXPECT_EQ(Show(), Moved);
 }
 
 TEST_F(State, UndoGoesBackStepByStepAndTouchesNothingElse) {
-    Serialization::IHistoryManager& history = m_Host->GetHistory();
+    IHistoryManager& history = m_Host->GetHistory();
     history.UpdateCurrentState();
-    EXPECT_FALSE(history.CanUndo());
     m_Host.SetParam(1, 0.5);
     history.RecordState();
     GetText().SetValue("second");
     history.RecordState();
     history.RecordState(); // Nothing has moved since.
-
-    CCountCommand levelMoved;
-    m_Host.m_Inputs.GetElement(1).GetBeginCaptureEvent().AddCommand(levelMoved);
+    DataModel::CJournal journal(m_Host.m_Inputs[1]);
     history.Undo();
-    EXPECT_EQ(TakeText(GetText().GetValue()), "none");
-    EXPECT_EQ(levelMoved.m_Count, 0);
+    EXPECT_EQ(Show(), "0 0.5 none 0 0 1 0");
+    EXPECT_EQ(journal.Take(), "");
     history.Undo();
-    EXPECT_EQ(m_Host.GetParam(1), 1.0);
-    EXPECT_EQ(levelMoved.m_Count, 1);
+    EXPECT_EQ(Show(), "0 1 none 0 0 1 0");
+    EXPECT_EQ(journal.Take(), "bve");
     EXPECT_FALSE(history.CanUndo());
     history.Redo();
     history.Redo();
-    EXPECT_EQ(m_Host.GetParam(1), 0.5);
-    EXPECT_EQ(TakeText(GetText().GetValue()), "second");
+    EXPECT_EQ(Show(), "0 0.5 second 0 0 1 0");
     EXPECT_FALSE(history.CanRedo());
-    m_Host.m_Inputs.GetElement(1).GetBeginCaptureEvent().RemoveCommand(levelMoved);
 }
 
 TEST_F(State, PresetsAreSavedAndLoadedUnderTheirNames) {
-    MoveAll();
-    CCountCommand changed;
-    m_Host->GetPresetChangedEvent().AddCommand(changed);
+    Move();
+    DataModel::CJournal journal(m_Host->GetPresetChangedEvent());
     ASSERT_TRUE(m_Host->SavePreset(PathOf("My Voice.preset").c_str()));
-    EXPECT_EQ(changed.m_Count, 1);
-    EXPECT_EQ(GetName(), "My Voice");
+    EXPECT_EQ(journal.Take() + GetName(), "cMy Voice");
     ASSERT_EQ(m_Host->GetUserPresets().GetCount(), 1);
     ASSERT_TRUE(m_Host.SetState("<Preset/>"));
     ASSERT_TRUE(m_Host->LoadPreset(PathOf("My Voice.preset").c_str()));
-    CheckMoved();
     EXPECT_EQ(GetName(), "My Voice"); // The file holds its own name.
 
     // What can't be written or read changes nothing else.
-    EXPECT_FALSE(m_Host->SavePreset(m_Home.In("nowhere/x.preset").c_str()));
-    EXPECT_FALSE(m_Host->SavePreset(nullptr));
-    EXPECT_FALSE(m_Host->LoadPreset(PathOf("missing.preset").c_str()));
     m_Home.Write("user/Presets/broken.preset", "<Preset version=\"4\"");
-    EXPECT_FALSE(m_Host->LoadPreset(PathOf("broken.preset").c_str()));
-    CheckMoved();
-    m_Host->GetPresetChangedEvent().RemoveCommand(changed);
+    for (const char* path : {"nowhere/x.preset", static_cast<const char*>(nullptr)})
+        EXPECT_FALSE(m_Host->SavePreset(path));
+    for (const char* name : {"missing.preset", "broken.preset"})
+        EXPECT_FALSE(m_Host->LoadPreset(PathOf(name).c_str()));
+    EXPECT_EQ(Show(), Moved);
 }
 
 TEST_F(State, NextAndPreviousGoRound) {
     m_Host->NextPreset();
     EXPECT_EQ(GetName(), "Default Settings"); // There is none.
-    WritePreset("a.preset", 0.25);
-    WritePreset("sub/b.preset", 0.5);
+    for (const char* file : {"a", "sub/b"})
+        m_Home.Write(std::string("user/Presets/") + file + ".preset",
+                     std::string("<Preset version=\"4\" progName=\"") + file + "\"/>");
     m_Host->Refresh();
     // From no preset at all, the first one back is the last.
-    std::vector<std::string> names;
+    std::string names;
     for (int i = 0; i < 3; ++i) {
         m_Host->PreviousPreset();
-        names.push_back(GetName());
+        names += GetName() + ' ';
     }
-    EXPECT_NE(names[0], names[1]);
-    EXPECT_EQ(names[0], names[2]);
-    EXPECT_EQ(m_Host.GetParam(1), names[2] == "a" ? 0.25 : 0.5);
     m_Host->NextPreset();
-    EXPECT_EQ(GetName(), names[1]);
+    EXPECT_EQ(names + GetName(), "a sub/b a sub/b");
 }
 
 TEST_F(State, TheUsersDefaultIsWhatAnInstanceStartsFrom) {
@@ -243,13 +262,10 @@ TEST_F(State, TheUsersDefaultIsWhatAnInstanceStartsFrom) {
     ASSERT_TRUE(m_Host->SaveAsDefault());
     EXPECT_EQ(GetName(), "Default");
     m_Host.SetParam(1, 2.0);
-    m_Host->LoadDefault();
-    EXPECT_EQ(m_Host.GetParam(1), 0.125);
-    m_Host.SetParam(1, 2.0);
-    m_Host.Prepare(48000.0, 512, false);
-    EXPECT_EQ(m_Host.GetParam(1), 2.0);
-    m_Host.Prepare();
-    EXPECT_EQ(m_Host.GetParam(1), 0.125);
+    for (const bool reset : {false, true}) {
+        m_Host.Prepare(48000.0, 512, reset);
+        EXPECT_EQ(m_Host.GetParam(1), reset ? 0.125 : 2.0);
+    }
     m_Host->ResetDefault();
     m_Host.Prepare();
     EXPECT_EQ(m_Host.GetParam(1), 1.0);

@@ -1,180 +1,145 @@
-// Proves which presets are found, in which order and under which index, which one is the default,
-// and what applying one does.
+// Which presets are found, in which order and under which index, which one is the default, and what
+// applying one does.
 #include "datamodel/objects/capture/CaptureParam.h"
-#include "plugin/interfaces/AudioPluginDataPath.h"
-#include "plugin/presets/PresetLists.h"
-#include "plugin/presets/PresetOwner.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <fstream>
-#include <functional>
-#include <stdlib.h>
-#include <vector>
+#include "plugin/TestHost.h"
 
 namespace Lathe::Audio::Plugin {
-
 namespace {
 
 namespace fs = std::filesystem;
 using DataModel::Objects::CCaptureParam;
 using DataModel::Objects::ICaptureParam;
 
-struct COwner : IPresetOwner {
-    void SetCurrentPreset(int index, const char* name) override {
-        m_OnCurrentChanged();
-        m_Calls += std::to_string(index) + name; // The name is still there.
-    }
-    bool LoadPreset(const char* path) override { return !(m_Calls += path).empty(); }
-    IInputParams* GetInputParams() override { return m_Params; }
-
-    std::function<void()> m_OnCurrentChanged = [] {};
-    std::string m_Calls;
-    IInputParams* m_Params = nullptr;
-};
-
-struct CDataPath : IAudioPluginDataPath {
-    const char* GetModelFile() const override { return ""; }
-    const char* GetSharedModelFile() const override { return ""; }
-    const char* GetGlobalModelFile() const override { return ""; }
-    const char* GetManualFile() const override { return ""; }
-    const char* GetAboutFile() const override { return ""; }
-    const char* GetFactoryPresetsFolder() const override { return "factory"; }
-    const char* GetDefaultSkinFile() const override { return ""; }
-    const char* GetLegalFolder() const override { return ""; }
-    const char* GetPreferencesFile() const override { return ""; }
-    const char* GetSettingsFolder() const override { return ""; }
-    const char* GetUserDataFolder() const override { return ""; }
-    const char* GetUserPresetsFolder() const override { return "user"; }
-};
-
 struct CLegacy : DSP::ILegacyPreset, Containers::IConstValueVector<double> {
     const char* GetName() const override { return "legacy"; }
     int GetKind() const override { return m_Kind; }
     const Containers::IConstValueVector<double>& GetValues() const override { return *this; }
-    int GetCount() const LATHE_REALTIME override { return static_cast<int>(m_Values.size()); }
-    double GetValue(int i) const LATHE_REALTIME override { return m_Values.at(std::size_t(i)); }
+    int GetCount() const override { return static_cast<int>(m_Values.size()); }
+    double GetValue(int i) const override { return m_Values.at(std::size_t(i)); }
 
     int m_Kind = 0;
     std::vector<double> m_Values;
 };
 using CLegacies = CoreUtilities::TCollection<CLegacy, DSP::ILegacyPreset, DSP::ILegacyPresets>;
 
-// Works in a fresh folder.
-class Presets : public testing::Test {
+// The factory's lie in "data/Presets", the user's in "user/Presets".
+class Presets : public testing::Test, protected IPresetOwner {
 protected:
-    Presets() : m_Before(fs::current_path()) {
-        fs::current_path(::mkdtemp((fs::temp_directory_path() / "presets-XXXXXX").string().data()));
+    void SetCurrentPreset(int index, const char* name) override {
+        m_OnCurrentChanged();
+        m_Calls += std::to_string(index) + name; // The name is still there.
     }
-    ~Presets() override {
-        const fs::path folder = fs::current_path();
-        fs::current_path(m_Before);
-        fs::remove_all(folder);
+    bool LoadPreset(const char* path) override {
+        m_Calls += std::string(path).substr(m_Home.In("").size()) + " ";
+        return true;
     }
+    IInputParams* GetInputParams() override { return m_Params; }
+
+    std::string TakeCalls() { return std::exchange(m_Calls, {}); }
+    void Add(const std::string& file) { m_Home.Write(file, "<Preset/>"); }
     CPresetLists MakeLists(const DSP::ILegacyPresets& legacies = CLegacies(0)) {
-        return CPresetLists(m_Owner, legacies, CDataPath());
+        return CPresetLists(*this, legacies, CTestPaths());
+    }
+    // Counts the places.
+    static std::string List(const CPresetFolder& folder, const IPresets& presets, int& next) {
+        std::string text = folder.GetName() + std::string("{");
+        for (int i = 0; i < folder.GetFoldersCount(); ++i)
+            text += List(folder.GetFolder(i), presets, next);
+        for (int i = 0; i < folder.GetItemsCount(); ++i) {
+            EXPECT_EQ(folder.GetItem(i), next++);
+            text += std::string("(") + presets.GetElement(folder.GetItem(i)).GetName() + ")";
+        }
+        return text + "}";
+    }
+    std::string List(CPresetLists& lists) {
+        int factory = 0, user = 0;
+        return List(lists.GetFactoryFolder(), lists.GetPresets(), factory) +
+               List(lists.GetUserFolder(), lists.GetUserPresets(), user);
     }
 
-    fs::path m_Before;
-    COwner m_Owner;
+    const CTemporaryHome m_Home;
+    std::function<void()> m_OnCurrentChanged = [] {};
+    std::string m_Calls;
+    IInputParams* m_Params = nullptr;
 };
-
-void Add(const fs::path& file) {
-    fs::create_directories(file.parent_path());
-    std::ofstream(file) << "<Preset/>";
-}
-
-// Counts the places.
-std::string ListPresets(const CPresetFolder& folder, const IPresets& presets, int& next) {
-    std::string text = folder.GetName() + std::string("{");
-    for (int i = 0; i < folder.GetFoldersCount(); ++i)
-        text += ListPresets(folder.GetFolder(i), presets, next);
-    for (int i = 0; i < folder.GetItemsCount(); ++i) {
-        EXPECT_EQ(folder.GetItem(i), next++);
-        text += std::string("(") + presets.GetElement(folder.GetItem(i)).GetName() + ")";
-    }
-    return text + "}";
-}
 
 TEST_F(Presets, AreListedAsTheyLieInTheirFolders) {
     // One of each in a folder, so that the order is known; and what is no preset.
-    for (const char* file : {"a.preset", "b/b.c.preset", "b/c/.preset", "b/c/d.preset/\xff.preset",
-                             "b/c/d.preset/e/.preset.preset", "no.PRESET", "b/x.preset.bak",
-                             "b/c/preset", "b/c/d.preset/e/f/no.presets"})
-        Add(fs::path("user") / file);
+    for (const std::string file :
+         {"a.preset", "b/b.c.preset", "b/c/.preset", "b/c/d.preset/\xff.preset",
+          "b/c/d.preset/e/.preset.preset", "no.PRESET", "b/x.preset.bak", "b/c/preset",
+          "b/c/d.preset/e/f/no.presets"})
+        Add("user/Presets/" + file);
     CPresetLists lists = MakeLists();
-    int count = 0, none = 0;
-    EXPECT_EQ(ListPresets(lists.GetUserFolder(), lists.GetUserPresets(), count),
-              "User Presets{b{c{d.preset{e{f{}(.preset)}(\xff)}()}(b.c)}(a)}");
-    EXPECT_EQ(count, lists.GetUserPresets().GetCount());
-    EXPECT_EQ(ListPresets(lists.GetFactoryFolder(), lists.GetPresets(), none), "Factory Presets{}");
+    EXPECT_EQ(List(lists), "Factory Presets{}"
+                           "User Presets{b{c{d.preset{e{f{}(.preset)}(\xff)}()}(b.c)}(a)}");
 }
 
 TEST_F(Presets, EndWhereLinksLeadRound) {
-    Add("user/a.preset");
-    fs::create_directory_symlink(".", "user/loop");
-    fs::create_symlink("self", "user/self");
+    Add("user/Presets/a.preset");
+    const fs::path user = m_Home.In("user/Presets");
+    fs::create_directory_symlink(".", user / "loop");
+    fs::create_symlink("self", user / "self");
     CPresetLists lists = MakeLists();
-    int count = 0;
-    EXPECT_EQ(ListPresets(lists.GetUserFolder(), lists.GetUserPresets(), count),
-              "User Presets{loop{}(a)}");
+    EXPECT_EQ(List(lists), "Factory Presets{}User Presets{loop{}(a)}");
     // Twelve folders that lead to each other: more ways than anyone can walk.
     for (int i = 0; i < 144; ++i) {
-        const fs::path folder = "user/" + std::to_string(i / 12);
-        Add(folder / "x.preset");
-        fs::create_directory_symlink("../" + std::to_string(i % 12), folder / std::to_string(i));
+        const std::string folder = std::to_string(i / 12);
+        Add("user/Presets/" + folder + "/x.preset");
+        fs::create_directory_symlink("../" + std::to_string(i % 12),
+                                     user / folder / std::to_string(i));
     }
     lists.Refresh();
     EXPECT_GT(lists.GetCount(), 1);
 }
 
 TEST_F(Presets, HaveTheirDefaultInTheRootsAlone) {
-    for (const char* file :
-         {"user/in/Default.preset", "user/default.preset", "factory/in/Default.preset"})
+    for (const char* file : {"user/Presets/in/Default.preset", "user/Presets/default.preset",
+                             "data/Presets/in/Default.preset"})
         Add(file);
     EXPECT_EQ(MakeLists().GetDefaultPreset(), nullptr);
-    Add("factory/Default.preset");
+    Add("data/Presets/Default.preset");
     CPresetLists lists = MakeLists();
-    lists.GetDefaultPreset()->Apply();
-    Add("user/Default.preset");
-    lists.Refresh();
-    lists.GetDefaultPreset()->Apply();
-    fs::remove("user/Default.preset");
-    lists.Refresh();
-    lists.GetDefaultPreset()->Apply();
-    const std::string factory = "1Defaultfactory/Default.preset";
-    std::erase(m_Owner.m_Calls, '3'), std::erase(m_Owner.m_Calls, '4');
-    EXPECT_EQ(m_Owner.m_Calls, factory + "Defaultuser/Default.preset" + factory);
+    for (const std::string folder : {"data", "user", "data"}) {
+        if (folder == "user")
+            Add("user/Presets/Default.preset");
+        else
+            fs::remove(m_Home.In("user/Presets/Default.preset"));
+        lists.Refresh();
+        lists.GetDefaultPreset()->Apply();
+        EXPECT_EQ(TakeCalls().substr(1), "Default" + folder + "/Presets/Default.preset ");
+    }
 }
 
 TEST_F(Presets, CountTheFactorysBeforeTheUsers) {
-    CPresetLists lists = MakeLists();
+    CPresetLists empty = MakeLists();
     for (const int index : {-2, 0, 1})
-        EXPECT_EQ(lists.WrapIndex(index), 0) << "without presets";
-    EXPECT_EQ(lists.FindByIndex(0), nullptr);
-    for (const char* file : {"factory/same.preset", "user/in/same.preset", "user/same.preset"})
+        EXPECT_EQ(empty.WrapIndex(index), 0) << "without presets";
+    EXPECT_EQ(empty.FindByIndex(0), nullptr);
+    for (const char* file :
+         {"data/Presets/f.preset", "user/Presets/in/s.preset", "user/Presets/s.preset"})
         Add(file);
     CPresetLists three = MakeLists();
     const int wrapped[][2] = {{-2, 2}, {-1, 2}, {0, 0}, {2, 2}, {3, 0}, {99, 0}};
     for (const auto& [index, result] : wrapped)
         EXPECT_EQ(three.WrapIndex(index), result) << index;
     EXPECT_TRUE(!three.FindByIndex(-1) && !three.FindByIndex(3));
-    three.FindByIndex(0)->Apply();
-    three.FindByIndex(1)->Apply();
-    m_Owner.m_OnCurrentChanged = [&] {
-        fs::remove_all("user");
-        three.Refresh(); // While one of them is being applied.
-    };
-    three.FindByIndex(2)->Apply();
-    EXPECT_EQ(m_Owner.m_Calls,
-              "0samefactory/same.preset1sameuser/in/same.preset2sameuser/same.preset");
+    for (int i = 0; i < 3; ++i) {
+        if (i == 2)
+            m_OnCurrentChanged = [&] {
+                fs::remove_all(m_Home.In("user"));
+                three.Refresh(); // While one of them is being applied.
+            };
+        three.FindByIndex(i)->Apply();
+    }
+    EXPECT_EQ(TakeCalls(), "0fdata/Presets/f.preset 1suser/Presets/in/s.preset "
+                           "2suser/Presets/s.preset ");
     EXPECT_EQ(three.GetCount(), 1);
 }
 
 TEST_F(Presets, OfTheFilterSetItsParameters) {
-    Add("factory/hidden.preset");
-    Add("user/u.preset");
+    Add("data/Presets/hidden.preset");
+    Add("user/Presets/u.preset");
     CLegacies legacies(4);
     for (int i = 0; i < 4; ++i)
         legacies[i].m_Kind = i % 3;
@@ -183,14 +148,12 @@ TEST_F(Presets, OfTheFilterSetItsParameters) {
     legacies[2].m_Values = {1.0, 1.0, 1.0};
     legacies[3].m_Values = {1.0};
     CPresetLists lists = MakeLists(legacies);
-    int count = 0;
-    EXPECT_EQ(ListPresets(lists.GetFactoryFolder(), lists.GetPresets(), count),
-              "Factory Presets{(legacy)(legacy)(legacy)(legacy)}");
+    EXPECT_EQ(List(lists), "Factory Presets{(legacy)(legacy)(legacy)(legacy)}User Presets{(u)}");
     lists.FindByIndex(3)->Apply(); // Without a host.
-    EXPECT_EQ(m_Owner.m_Calls + std::to_string(lists.GetCount()), "3legacy5");
+    EXPECT_EQ(TakeCalls(), "3legacy");
 
     CoreUtilities::TCollection<CCaptureParam, ICaptureParam> params(4);
-    m_Owner.m_Params = &params;
+    m_Params = &params;
     // As wide as the numbers that are drawn, so that each gives a whole one.
     for (int i = 0; i < 4; ++i) {
         params[i].GetInfo().SetMax(2147483647.0 - i);
@@ -213,5 +176,4 @@ TEST_F(Presets, OfTheFilterSetItsParameters) {
 }
 
 } // namespace
-
 } // namespace Lathe::Audio::Plugin

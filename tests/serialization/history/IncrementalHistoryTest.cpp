@@ -15,53 +15,43 @@ namespace {
 
 using Values = std::vector<int>;
 
-// One value, and two nested objects with all that are below it in a binary tree.
-class CNode : public ISerializable {
-public:
-    CNode(Values& values, int& writeCount, std::size_t index)
-        : m_Values(values), m_WriteCount(writeCount), m_Index(index) {}
+struct SState {
+    Values m_Values;
+    int m_WriteCount = 0;
+    bool m_WasIncremental = false;
+    std::function<void()> m_OnRead = [] {};
+};
 
+// One value, and two nested objects with all that are below it in a binary tree.
+struct CNode : ISerializable {
+    CNode(SState& state, std::size_t index) : m_State(state), m_Index(index) {}
     bool Serialize(IWriteDataStream& output) const override {
-        bool result = WriteValue(output, "value", m_Values[m_Index]);
-        for (std::size_t i = 2 * m_Index + 1; i <= 2 * m_Index + 2 && i < m_Values.size(); ++i)
-            result &= output.WriteObject(GetName(i), CNode(m_Values, m_WriteCount, i));
+        bool result = WriteValue(output, "value", m_State.m_Values[m_Index]);
+        for (const CNode& child : GetChildren())
+            result &= output.WriteObject(child.m_Index % 2 ? "left" : "right", child);
         return result;
     }
     bool DeSerialize(const IReadDataStream& input) override {
         int value = -1;
         if (input.ReadInt("value", &value) || !input.IsIncremental()) {
-            m_Values[m_Index] = value;
-            ++m_WriteCount;
+            m_State.m_Values[m_Index] = value;
+            ++m_State.m_WriteCount;
         }
-        bool result = true;
-        for (std::size_t i = 2 * m_Index + 1; i <= 2 * m_Index + 2 && i < m_Values.size(); ++i) {
-            CNode node(m_Values, m_WriteCount, i);
-            result &= ReadObjectOrKeep(input, GetName(i), node);
-        }
-        return result;
-    }
-
-private:
-    static const char* GetName(std::size_t index) { return index % 2 ? "left" : "right"; }
-
-    Values& m_Values;
-    int& m_WriteCount;
-    std::size_t m_Index;
-};
-
-struct CTarget : CNode {
-    explicit CTarget(std::size_t count) : CNode(m_Values, m_WriteCount, 0), m_Values(count) {}
-    bool DeSerialize(const IReadDataStream& input) override {
-        m_WasIncremental = input.IsIncremental();
-        EXPECT_TRUE(CNode::DeSerialize(input));
-        m_OnRead();
+        if (m_Index == 0) // The rest is still to be read.
+            m_State.m_OnRead();
+        for (CNode& child : GetChildren())
+            EXPECT_TRUE(ReadObjectOrKeep(input, child.m_Index % 2 ? "left" : "right", child));
+        m_State.m_WasIncremental = input.IsIncremental(); // At last that of the outermost.
         return true;
     }
-
-    Values m_Values;
-    int m_WriteCount = 0;
-    bool m_WasIncremental = false;
-    std::function<void()> m_OnRead = [] {};
+    std::vector<CNode> GetChildren() const {
+        const std::size_t left = 2 * m_Index + 1;
+        if (left >= m_State.m_Values.size())
+            return {};
+        return {CNode(m_State, left), CNode(m_State, left + 1)};
+    }
+    SState& m_State;
+    std::size_t m_Index;
 };
 
 struct CHistoryTest : testing::Test {
@@ -71,54 +61,16 @@ struct CHistoryTest : testing::Test {
         m_History.GetStateRecorded().AddCommand(m_OnRecorded);
     }
     void Record(int value) {
-        m_Target.m_Values[0] = value;
+        m_State.m_Values[0] = value;
         m_History.RecordState();
     }
-    int UndoAll() {
-        int count = 0;
-        for (; m_History.CanUndo(); ++count)
-            m_History.Undo();
-        return count;
-    }
-
     std::string m_Events;
     CActionCommand m_OnUndo{[this] { m_Events += "undo "; }};
     CActionCommand m_OnRedo{[this] { m_Events += "redo "; }};
     CActionCommand m_OnRecorded{[this] { m_Events += "recorded "; }};
-    CTarget m_Target{15};
+    SState m_State{Values(15)};
+    CNode m_Target{m_State, 0};
     CIncrementalHistoryManager m_History{&m_Target};
-};
-
-// The same operations on whole snapshots.
-struct SSnapshots {
-    bool CanUndo() const { return m_Current > 0; }
-    bool CanRedo() const { return m_Current + 1 < m_All.size(); }
-    bool Record(const Values& values) {
-        if (!m_All.empty() && m_All[m_Current] == values)
-            return false;
-        m_All.resize(m_All.empty() ? 0 : m_Current + 1);
-        m_All.push_back(values);
-        if (m_All.size() > MaxCount)
-            m_All.erase(m_All.begin());
-        m_Current = m_All.size() - 1;
-        return true;
-    }
-    // Changes the values that differ, or else all, and returns their number.
-    int Step(bool undo, bool incremental, Values& values) {
-        const Values& from = m_All[m_Current];
-        const Values& to = m_All[undo ? --m_Current : ++m_Current];
-        int count = 0;
-        for (std::size_t i = 0; i < values.size(); ++i)
-            if (from[i] != to[i] || !incremental) {
-                values[i] = to[i];
-                ++count;
-            }
-        return count;
-    }
-
-    static constexpr int MaxCount = 12;
-    std::vector<Values> m_All;
-    std::size_t m_Current = 0;
 };
 
 } // namespace
@@ -126,97 +78,107 @@ struct SSnapshots {
 TEST_F(CHistoryTest, DoesAsAListOfSnapshotsDoesAndWritesOnlyWhatDiffers) {
     SCOPED_TRACE("seed " + std::to_string(GetSeed()));
     std::mt19937 random(GetSeed());
-    SSnapshots snapshots;
-    m_History.SetMaxSteps(SSnapshots::MaxCount);
+    std::vector<Values> snapshots;
+    std::size_t current = 0;
+    const auto canUndo = [&] { return current > 0; };
+    const auto canRedo = [&] { return current + 1 < snapshots.size(); };
+    m_History.SetMaxSteps(12);
     for (int round = 0; round < 10'000; ++round) {
         SCOPED_TRACE(round);
-        Values& values = m_Target.m_Values;
         const unsigned action = random() % 64;
-        if (action % 8 == 0) // A step that changes all is read as a full stream.
-            std::ranges::for_each(values, [](int& value) { value = (value + 1) % 3; });
-        for (unsigned k = action < 24 ? random() % 4 : 0; k > 0; --k)
-            values[random() % values.size()] = static_cast<int>(random() % 3);
-        Values expected = values;
-        const bool couldUndo = snapshots.CanUndo(), couldRedo = snapshots.CanRedo();
-        bool recorded = false, undoFirst = true;
-        m_Target.m_WriteCount = 0;
-        if (action < 20) {
-            m_History.RecordState();
-            recorded = snapshots.Record(values);
-        } else if (action < 24) {
-            m_History.UpdateCurrentState();
-            recorded = snapshots.m_All.empty() && snapshots.Record(values);
-            snapshots.m_All[snapshots.m_Current] = values;
+        for (int& value : m_State.m_Values)
+            if (action % 8 == 0) // A step that changes all is read as a full stream.
+                value = (value + 1) % 3;
+            else if (action < 24 && random() % 8 == 0)
+                value = static_cast<int>(random() % 3);
+        Values expected = m_State.m_Values;
+        const bool couldUndo = canUndo(), couldRedo = canRedo();
+        const bool undo = action<44, incremental = random() % 4> 0;
+        std::string events;
+        m_State.m_WriteCount = 0;
+        if (action < 24) {
+            const bool update = action < 4;
+            update ? m_History.UpdateCurrentState() : m_History.RecordState();
+            if (update && !snapshots.empty())
+                snapshots[current] = expected;
+            else if (snapshots.empty() || snapshots[current] != expected) {
+                snapshots.resize(snapshots.empty() ? 0 : current + 1);
+                snapshots.push_back(expected);
+                if (snapshots.size() > 12)
+                    snapshots.erase(snapshots.begin());
+                current = snapshots.size() - 1;
+                events = "recorded ";
+            }
         } else if (action < 63) {
-            const bool undo = undoFirst = action<44, incremental = random() % 4> 0;
             m_History.SetIncremental(incremental);
             undo ? m_History.Undo() : m_History.Redo();
             if (undo ? couldUndo : couldRedo) {
-                const int writeCount = snapshots.Step(undo, incremental, expected);
-                ASSERT_EQ(m_Target.m_WriteCount, writeCount);
-                ASSERT_EQ(m_Target.m_WasIncremental, writeCount < std::ssize(values));
+                const Values &from = snapshots[current],
+                             &to = snapshots[undo ? --current : ++current];
+                int writeCount = 0;
+                for (std::size_t i = 0; i < to.size(); ++i)
+                    if (from[i] != to[i] || !incremental) {
+                        expected[i] = to[i];
+                        ++writeCount;
+                    }
+                ASSERT_EQ(m_State.m_WriteCount, writeCount);
+                ASSERT_EQ(m_State.m_WasIncremental, writeCount < std::ssize(to));
             }
         } else {
             m_History.Clear();
-            snapshots = SSnapshots();
-            undoFirst = false;
+            snapshots.clear();
+            current = 0;
         }
-        ASSERT_EQ(values, expected);
-        ASSERT_EQ(m_History.CanUndo(), snapshots.CanUndo());
-        ASSERT_EQ(m_History.CanRedo(), snapshots.CanRedo());
-        const std::string undoEvent = couldUndo != snapshots.CanUndo() ? "undo " : "";
-        const std::string redoEvent = couldRedo != snapshots.CanRedo() ? "redo " : "";
-        const std::string events = undoFirst ? undoEvent + redoEvent : redoEvent + undoEvent;
-        ASSERT_EQ(std::exchange(m_Events, ""), (recorded ? "recorded " : "") + events);
+        ASSERT_EQ(m_State.m_Values, expected);
+        ASSERT_TRUE(m_History.CanUndo() == canUndo() && m_History.CanRedo() == canRedo());
+        const std::string undoEvent = couldUndo != canUndo() ? "undo " : "";
+        const std::string redoEvent = couldRedo != canRedo() ? "redo " : "";
+        events += undo ? undoEvent + redoEvent : redoEvent + undoEvent;
+        ASSERT_EQ(std::exchange(m_Events, ""), events);
     }
 }
 
 TEST_F(CHistoryTest, KeepsAsManyStatesAsItIsTold) {
-    m_History.SetMaxSteps(128);
-    for (int value = 1; value <= 129; ++value)
-        Record(value);
-    EXPECT_EQ(UndoAll(), 127);
-    EXPECT_EQ(m_Target.m_Values[0], 2);
-    for (int value = 3; value < 8; ++value)
-        Record(value);
-    m_History.SetMaxSteps(3);
-    Record(8);
-    EXPECT_EQ(UndoAll(), 2);
-    m_History.SetMaxSteps(0); // The oldest is the one just recorded.
-    Record(9);
-    EXPECT_FALSE(m_History.CanUndo() || m_History.CanRedo());
-    CIncrementalHistoryManager idle(nullptr);
-    idle.RecordState();
-    idle.UpdateCurrentState();
-    EXPECT_FALSE(idle.CanUndo());
+    int value = 0;
+    for (const int maxSteps : {128, 3, 1, 0}) { // At last the oldest is the one just recorded.
+        m_History.SetMaxSteps(maxSteps);
+        for (int step = 0; step < 129; ++step)
+            Record(++value);
+        for (int step = 1; step < maxSteps; ++step)
+            m_History.Undo();
+        EXPECT_EQ(m_State.m_Values[0], value - std::max(maxSteps - 1, 0));
+        EXPECT_FALSE(m_History.CanUndo());
+        m_History.UpdateCurrentState(); // The state before it is gone.
+        while (m_History.CanRedo())
+            m_History.Redo();
+    }
+    CIncrementalHistoryManager(nullptr).UpdateCurrentState();
 }
 
-// A target whose listeners take a restored value for an edit.
+// A target whose listeners take a restored value for an edit, and then for the end of all.
 TEST_F(CHistoryTest, OutlivesCallsFromWithinARestore) {
     m_History.SetMaxSteps(2);
-    for (const bool incremental : {true, false}) {
-        m_History.SetIncremental(incremental);
-        m_Target.m_OnRead = [&] {
-            Record(3);
-            Record(4);
-        };
-        Record(1);
-        Record(2);
-        m_History.Undo();
-        m_Target.m_OnRead = [&] { m_History.Clear(); };
-        m_History.Undo();
-        EXPECT_EQ(m_Target.m_Values[0], 3);
-        EXPECT_FALSE(m_History.CanUndo() || m_History.CanRedo());
-    }
+    for (const bool incremental : {true, false})
+        for (const bool clears : {false, true}) {
+            m_History.SetIncremental(incremental);
+            m_State.m_OnRead = [&] { clears ? m_History.Clear() : (Record(3), Record(4)); };
+            Record(1);
+            Record(2);
+            m_History.Undo();
+            EXPECT_EQ(m_State.m_Values[0], clears ? 1 : 4);
+            EXPECT_EQ(m_History.CanUndo(), !clears);
+            EXPECT_FALSE(m_History.CanRedo());
+        }
 }
 
 // As many values as the state of a plug-in has, and more objects.
 TEST(IncrementalHistory, CostsLittleForSmallSteps) {
-    CTarget target(284);
+    SState state{Values(285)};
+    CNode target(state, 0);
     CIncrementalHistoryManager history(&target);
     const CAllocationScope scope;
     for (std::size_t step = 0; step < 129; ++step) {
-        ++target.m_Values[step * 7 % 284];
+        ++state.m_Values[step * 7 % 285];
         history.RecordState();
     }
     const long long held = scope.GetHeldBytes();
@@ -225,12 +187,11 @@ TEST(IncrementalHistory, CostsLittleForSmallSteps) {
     EXPECT_EQ(scope.GetHeldBytes(), held);
 }
 
-TEST(IncrementalMemDataObject, HasOneValueForAName) {
+TEST(IncrementalMemDataObject, HasOneValueForANameAndDiffersOnlyFromItsNeighbour) {
     CIncrementalMemDataObject object, stranger;
     CIntObject nested;
     EXPECT_TRUE(object.WriteObject("v", CIntObject(2)) && object.ReadObject("v", nested));
-    EXPECT_TRUE(WriteValue(object, "v", 3) && nested.m_Value == 2);
-    EXPECT_TRUE(ReadInt(object, "v") == 3 && object.GetCount() == 1);
+    EXPECT_TRUE(WriteValue(object, "v", 3) && ReadInt(object, "v") == 3 && nested.m_Value == 2);
     EXPECT_FALSE(object.ReadObject("v", nested) || object.WriteObject(nullptr, nested));
     EXPECT_FALSE(stranger.SetDifference(CIncrementalMemDataObject(), object));
 }

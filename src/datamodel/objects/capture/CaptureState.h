@@ -1,7 +1,6 @@
 // The three events and the flag that every capture object has.
 #pragma once
 
-#include "core/Realtime.h"
 #include "core/events/EventProvider.h"
 
 #include <atomic>
@@ -23,7 +22,7 @@ public:
     bool IsCaptured() const override { return m_Capturing.load(std::memory_order_relaxed); }
 
 protected:
-    void NotifyValueChanged() LATHE_REALTIME { m_ValueChanged.Notify(); }
+    void NotifyValueChanged() { m_ValueChanged.Notify(); }
     // A second begin and a stray end do nothing, whichever threads they come from.
     void BeginCapture() {
         if (!m_Capturing.exchange(true, std::memory_order_relaxed))

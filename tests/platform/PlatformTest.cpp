@@ -1,25 +1,26 @@
-// The user's folders follow the environment and the desktop's file, and folders are made level by
-// level or not at all.
-#include "platform/UserFolders.h"
-
+// The user's folders follow the environment and the desktop's file, folders are made level by level
+// or not at all, and code finds the file that it was loaded from.
+#include "platform/ModulePath.h"
 #include "platform/TemporaryHome.h"
+#include "platform/UserFolders.h"
 
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace Lathe::System {
-
 namespace {
+
+namespace fs = std::filesystem;
 
 TEST(UserFolders, FollowEnvironmentAndFile) {
     const CTemporaryHome temporary;
     const passwd* user = getpwuid(getuid());
     const std::string userHome = user ? user->pw_dir : "";
-    const std::string config = temporary.In("config");
-    const std::string name = "XDG_DOCUMENTS_DIR=";
+    const std::string config = temporary.In("config"), name = "XDG_DOCUMENTS_DIR=";
     const struct {
         std::optional<std::string> m_Home, m_Config, m_Variable;
         std::string m_File, m_Preferences, m_Documents;
@@ -36,9 +37,9 @@ TEST(UserFolders, FollowEnvironmentAndFile) {
     };
     for (const auto& c : cases) {
         temporary.Write("config/user-dirs.dirs", c.m_File);
-        const CEnvironmentVariable homeVariable("HOME", c.m_Home);
-        const CEnvironmentVariable configVariable("XDG_CONFIG_HOME", c.m_Config);
-        const CEnvironmentVariable documentsVariable("XDG_DOCUMENTS_DIR", c.m_Variable);
+        SetVariable("HOME", c.m_Home);
+        SetVariable("XDG_CONFIG_HOME", c.m_Config);
+        SetVariable("XDG_DOCUMENTS_DIR", c.m_Variable);
         EXPECT_EQ(GetUserPreferencesFolder(), c.m_Preferences);
         EXPECT_EQ(GetUserDocumentsFolder(), c.m_Documents) << c.m_File;
     }
@@ -50,17 +51,32 @@ TEST(UserFolders, AreMadeLevelByLevel) {
     EXPECT_TRUE(CreateFolder(home.In("open/a/"), EFolderAccess::Everyone));
     EXPECT_TRUE(CreateFolder(home.In("open/own/a"), EFolderAccess::Owner));
     umask(before);
-    using enum std::filesystem::perms;
-    for (const char* name : {"open", "open/a", "open/own", "open/own/a"}) {
-        const auto access = std::filesystem::status(home.In(name)).permissions();
-        EXPECT_EQ((access & others_all) != none, !std::string(name).starts_with("open/own"));
-        EXPECT_EQ(access & owner_all, owner_all) << name;
-    }
-    home.Write("file", "kept");
+    for (const auto& [name, access] : {std::pair("open", 0755), {"open/own", 0700}})
+        for (const std::string& path : {home.In(name), home.In(name) + "/a"})
+            EXPECT_EQ(fs::status(path).permissions(), fs::perms(access)) << path;
+    home.Write("file");
     for (const std::string& path : {home.In("file"), home.In("file/a/b"), std::string()})
         EXPECT_FALSE(CreateFolder(path, EFolderAccess::Everyone)) << path;
 }
 
-} // namespace
+TEST(ModulePath, IsTheModulesOwnOrElseTheExecutables) {
+    const CTemporaryHome home;
+    static const int s_InExecutable = 0;
+    Dl_info math; // A library of the system, of which a copy is a module of its own.
+    ASSERT_TRUE(dladdr(dlsym(RTLD_DEFAULT, "cos"), &math));
+    fs::copy_file(fs::canonical(math.dli_fname), home.In("module.so"));
+    fs::create_symlink("module.so", home.In("link.so"));
+    // The executable's name as it was called, and the link, are relative.
+    const fs::path before = fs::current_path();
+    fs::current_path(home.In(""));
+    void* const loaded = dlopen("./link.so", RTLD_NOW);
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(GetModulePath(dlsym(loaded, "cos")), home.In("module.so"));
+    dlclose(loaded);
+    EXPECT_EQ(GetModulePath(&s_InExecutable), fs::read_symlink("/proc/self/exe"));
+    EXPECT_EQ(GetModulePath(nullptr), fs::read_symlink("/proc/self/exe"));
+    fs::current_path(before);
+}
 
+} // namespace
 } // namespace Lathe::System
