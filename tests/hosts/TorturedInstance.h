@@ -20,33 +20,19 @@ namespace CairnTorture {
 inline constexpr std::uint32_t StateChunk = 0x6D727773; // "mrws"
 inline constexpr std::size_t ChunkHeader = 56;
 
-struct SSetup {
-    int m_Rate = 48000;
-    int m_MaxBlock = 8192;
-    int m_Inputs = 2;
-    int m_Outputs = 2;
-    bool m_IsAudioSuite = false;
-};
-
 class CTorturedInstance {
 public:
-    explicit CTorturedInstance(const CairnHost::CModule& module, const SSetup& setup = {})
-        : m_Module(module), m_Setup(setup) {
+    explicit CTorturedInstance(const CairnHost::CModule& module, int rate = 48000,
+                               int maxBlock = 8192)
+        : m_Module(module), m_FirstRate(rate) {
         auto call = Make<RTASNewProcess>();
-        call.sampleRate = setup.m_Rate;
-        call.maxBlockSize = setup.m_MaxBlock;
-        call.inputs = setup.m_Inputs;
-        call.outputs = setup.m_Outputs;
-        call.isAudioSuite = setup.m_IsAudioSuite;
+        call.sampleRate = rate;
+        call.maxBlockSize = maxBlock;
+        call.inputs = call.outputs = 2;
         EXPECT_EQ(Call(RTAS_NEW_PROCESS, call), RTAS_OK);
         m_Process = call.process;
-        const auto prepare = [&](int count, auto& buffers, auto& pointers) {
-            buffers.assign(std::size_t(count), std::vector<float>(std::size_t(setup.m_MaxBlock)));
-            for (auto& buffer : buffers)
-                pointers.push_back(buffer.data());
-        };
-        prepare(setup.m_Inputs, m_Inputs, m_InputPointers);
-        prepare(setup.m_Outputs, m_Outputs, m_OutputPointers);
+        m_Inputs.fill(std::vector<float>(std::size_t(maxBlock)));
+        m_Outputs = m_Inputs;
     }
     ~CTorturedInstance() {
         if (!m_Process)
@@ -65,8 +51,10 @@ public:
     // The code that comes back.
     std::int32_t Render(int frames, std::span<const RTASMIDIEvent> events = {}) {
         auto block = Make<RTASRender>();
-        block.inputs = m_InputPointers.data();
-        block.outputs = m_OutputPointers.data();
+        float* const inputs[] = {m_Inputs[0].data(), m_Inputs[1].data()};
+        float* const outputs[] = {m_Outputs[0].data(), m_Outputs[1].data()};
+        block.inputs = inputs;
+        block.outputs = outputs;
         block.numSamples = frames;
         block.midiIn = events.data();
         block.midiInCount = static_cast<std::int32_t>(events.size());
@@ -175,9 +163,11 @@ public:
         return call.result;
     }
 
-    const SSetup& GetSetup() const { return m_Setup; }
-    std::vector<std::vector<float>> m_Inputs;
-    std::vector<std::vector<float>> m_Outputs;
+    int GetFirstRate() const { return m_FirstRate; }
+
+    // As long as the largest block.
+    std::array<std::vector<float>, 2> m_Inputs;
+    std::array<std::vector<float>, 2> m_Outputs;
 
 private:
     template <class Argument>
@@ -194,10 +184,8 @@ private:
     }
 
     const CairnHost::CModule& m_Module;
-    SSetup m_Setup;
+    int m_FirstRate;
     RTASProcess* m_Process = nullptr;
-    std::vector<float*> m_InputPointers;
-    std::vector<float*> m_OutputPointers;
 };
 
 } // namespace CairnTorture
