@@ -168,7 +168,8 @@ typedef struct RTASChunk {
     RTASProcess* process;
     int32_t index; /* For RTAS_GET_CHUNK_CODE: from 0. */
     uint32_t code; /* A four-character code. */
-    /* 56 bytes of header, which begin with the size, then the data; aligned as an int32_t. */
+    /* 56 bytes of header, which begin with the size, then the data; aligned as an int32_t. A state
+     * may grow while it is played: RTAS_GET_CHUNK refuses too little room and touches nothing. */
     void* record;
     int32_t recordSize; /* In bytes: the room of the record, or what it has. */
     int32_t isEqual;
