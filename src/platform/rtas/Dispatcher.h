@@ -95,7 +95,7 @@ typedef struct RTASNewProcess {
     uint32_t size;
     int32_t typeIndex;
     int32_t sampleRate;   /* Hertz. */
-    int32_t maxBlockSize; /* Samples. */
+    int32_t maxBlockSize; /* Samples. A larger block is rendered, but may allocate. */
     int32_t inputs;       /* Channels that the host connects, at most 64; any type takes any. */
     int32_t outputs;
     int32_t isAudioSuite; /* Offline: no MIDI, no transport. */
@@ -132,7 +132,7 @@ typedef struct RTASRender {
     RTASProcess* process;
     float* const* inputs; /* As many as the host connects; may be the outputs. */
     float* const* outputs;
-    int32_t numSamples;          /* From 0 to maxBlockSize. */
+    int32_t numSamples;          /* From 0. */
     const RTASMIDIEvent* midiIn; /* In order of offset, all within the block; null for none. */
     int32_t midiInCount;
     RTASMIDIEvent* midiOut; /* Room for midiOutRoom events; null for none. */

@@ -67,8 +67,9 @@ TEST_F(CRenderTest, UnsoundBlocksNeverReachThePlugin) {
     m_Render.midiInCount = 6;
     // The last event is at 5.
     const std::pair<std::int32_t RTASRender::*, int> numbers[]{
-        {&RTASRender::numSamples, -1},  {&RTASRender::numSamples, 65},
-        {&RTASRender::numSamples, 5},   {&RTASRender::midiInCount, -1},
+        {&RTASRender::numSamples, -1},
+        {&RTASRender::numSamples, 5},
+        {&RTASRender::midiInCount, -1},
         {&RTASRender::midiOutRoom, -1},
     };
     for (const auto& [field, number] : numbers) {
