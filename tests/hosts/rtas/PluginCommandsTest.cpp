@@ -57,7 +57,6 @@ TEST(PluginCommandsTest, WhatIsWrongIsNamed) {
              {"load-preset", home + "half", home + "half: not a well-formed document"},
              {"load-preset", home + "other", home + "other: not a preset"},
              {"apply-preset", "0", "'0' is no index of a preset"},
-             {"map-midi", "2\t1\t1\t\t", "a mapping has six fields with tabs between them"},
              {"map-midi", "2\t1\t1\t\t\t\t", "a mapping has six fields with tabs between them"},
              {"map-midi", "5\t1\t1\t\t\t", "control '5' is not a number from 1 to 4"},
              {"map-midi", "2\t128\t1\t\t\t", "controller '128' is not a number from 0 to 127"},

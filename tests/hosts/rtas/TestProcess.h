@@ -65,15 +65,8 @@ class CTestProcess {
 public:
     explicit CTestProcess(std::unique_ptr<DSP::IFilter> filter)
         : m_Seen(dynamic_cast<CSeenFilter*>(filter.get())),
-          m_Process(Plugin::CAudioPluginConfig{filter.release(),
-                                               nullptr,
-                                               nullptr,
-                                               50.0,
-                                               nullptr,
-                                               nullptr,
-                                               {},
-                                               &m_Settings,
-                                               nullptr}) {
+          m_Process(Plugin::CAudioPluginConfig{.filter = filter.release(),
+                                               .staticSettings = &m_Settings}) {
         m_Setup.m_Calls = m_Log.MakeCalls();
     }
     explicit CTestProcess(Plugin::STestFilterSetup setup = {})

@@ -49,19 +49,16 @@ TEST_F(CEntryPointsTest, EveryOperationRefusesWhatItCannotRead) {
                       RTAS_WRONG_ARGUMENT);
         }
     }
+    for (const auto field :
+         {&RTASNewProcess::typeIndex, &RTASNewProcess::sampleRate, &RTASNewProcess::maxBlockSize,
+          &RTASNewProcess::inputs, &RTASNewProcess::outputs}) {
+        RTASNewProcess wrong = m_New;
+        wrong.*field = -1;
+        EXPECT_TRUE(Dispatch(RTAS_NEW_PROCESS, wrong) == RTAS_WRONG_ARGUMENT && !wrong.process);
+    }
     EXPECT_EQ(known, 22);
     EXPECT_EQ(CDSPDoHostCommand(0, nullptr), RTAS_UNKNOWN_OPERATION);
     EXPECT_EQ(g_Plan.m_LivingProcesses, 2);
-}
-
-TEST_F(CEntryPointsTest, NewProcessRefusesWhatNoHostHas) {
-    for (std::int32_t RTASNewProcess::*const field :
-         {&RTASNewProcess::typeIndex, &RTASNewProcess::sampleRate, &RTASNewProcess::maxBlockSize,
-          &RTASNewProcess::inputs, &RTASNewProcess::outputs}) {
-        RTASNewProcess call = m_New;
-        call.*field = -1;
-        EXPECT_TRUE(Dispatch(RTAS_NEW_PROCESS, call) == RTAS_WRONG_ARGUMENT && !call.process);
-    }
 }
 
 TEST_F(CEntryPointsTest, ExceptionsBecomeCodes) {
