@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <vector>
 
 namespace RTASLibrary {
 
@@ -40,23 +42,25 @@ std::int32_t GetChunkSize(CInstance& instance, RTASChunk& chunk) {
     return static_cast<std::int32_t>(status);
 }
 
-// The state may have grown since the host asked for the size, so the size is asked for again.
+// The state may have grown since the host asked for the size. The room that the process is offered
+// is one byte more than the host has, so that a record that it left alone can be told from a full
+// one, and the host never takes an empty record for the state.
 std::int32_t GetChunk(CInstance& instance, RTASChunk& chunk) {
-    CProcess& process = instance.GetProcess();
-    SChunkRecord* const record = GetRoom(chunk);
-    long size = 0;
-    if (!record)
+    if (!GetRoom(chunk))
         return RTAS_WRONG_ARGUMENT;
-    if (const long status = process.GetChunkSize(chunk.code, &size); status != 0)
-        return static_cast<std::int32_t>(status);
-    if (size > chunk.recordSize)
-        return RTAS_WRONG_ARGUMENT;
-    std::memset(chunk.record, 0, static_cast<std::size_t>(chunk.recordSize));
-    record->m_Size = chunk.recordSize;
+    const std::int32_t most =
+        std::min(chunk.recordSize, std::numeric_limits<std::int32_t>::max() - 1);
+    std::vector<char> room(static_cast<std::size_t>(most) + 1);
+    auto* const record = reinterpret_cast<SChunkRecord*>(room.data());
+    record->m_Size = most + 1;
     record->m_Code = chunk.code;
-    const long status = process.GetChunk(chunk.code, record);
-    chunk.recordSize = std::clamp(record->m_Size, HeaderSize, chunk.recordSize);
-    return static_cast<std::int32_t>(status);
+    if (const long status = instance.GetProcess().GetChunk(chunk.code, record); status != 0)
+        return static_cast<std::int32_t>(status);
+    if (record->m_Size < HeaderSize || record->m_Size > most)
+        return RTAS_WRONG_ARGUMENT;
+    chunk.recordSize = record->m_Size;
+    std::memcpy(chunk.record, record, static_cast<std::size_t>(record->m_Size));
+    return RTAS_OK;
 }
 
 std::int32_t SetChunk(CInstance& instance, RTASChunk& chunk) {

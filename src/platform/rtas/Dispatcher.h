@@ -94,7 +94,7 @@ typedef struct RTASNewProcess {
     uint32_t size;
     int32_t typeIndex;
     int32_t sampleRate;   /* Hertz. */
-    int32_t maxBlockSize; /* Samples. */
+    int32_t maxBlockSize; /* Samples. A larger block is rendered, but may allocate. */
     int32_t inputs;       /* Channels that the host connects, at most 64; any type takes any. */
     int32_t outputs;
     int32_t isAudioSuite; /* Offline: no MIDI, no transport. */
@@ -131,7 +131,7 @@ typedef struct RTASRender {
     RTASProcess* process;
     float* const* inputs; /* As many as the host connects; may be the outputs. */
     float* const* outputs;
-    int32_t numSamples;          /* From 0 to maxBlockSize. */
+    int32_t numSamples;          /* From 0. */
     const RTASMIDIEvent* midiIn; /* In order of offset, all within the block; null for none. */
     int32_t midiInCount;
     RTASMIDIEvent* midiOut; /* Room for midiOutRoom events; null for none. */
@@ -167,7 +167,8 @@ typedef struct RTASChunk {
     RTASProcess* process;
     int32_t index; /* For RTAS_GET_CHUNK_CODE: from 0. */
     uint32_t code; /* A four-character code. */
-    /* 56 bytes of header, which begin with the size, then the data; aligned as an int32_t. */
+    /* 56 bytes of header, which begin with the size, then the data; aligned as an int32_t. A state
+     * may grow while it is played: RTAS_GET_CHUNK refuses too little room and touches nothing. */
     void* record;
     int32_t recordSize; /* In bytes: the room of the record, or what it has. */
     int32_t isEqual;

@@ -41,7 +41,6 @@ std::int32_t SetSampleRate(CInstance& instance, RTASProcessCall& call) {
 std::int32_t Render(CInstance& instance, RTASRender& render) {
     render.midiOutCount = 0;
     const bool isSound = render.numSamples >= 0 &&
-                         render.numSamples <= instance.GetProcess().GetMaximumBlockSize() &&
                          AreEventsSound(render.midiIn, render.midiInCount, render.numSamples) &&
                          render.midiOutRoom >= 0 && (render.midiOutRoom == 0 || render.midiOut) &&
                          instance.AimBuffers(render);

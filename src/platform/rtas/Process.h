@@ -65,8 +65,8 @@ public:
     // 0 on success, so for all below.
     virtual long GetDelaySamples(long* samples);
     virtual long GetChunkSize(std::uint32_t code, long* size);
-    // The record comes with its code, and with the room that it has as its size: at least what
-    // GetChunkSize told.
+    // The record comes with its code, and with the room that it has as its size. One with too
+    // little room stays as it is.
     virtual long GetChunk(std::uint32_t code, SChunkRecord* record);
     // A record here and below has all the bytes that its size names. The library has nothing to do
     // with a chunk that the plug-in added, and calls it equal.

@@ -104,10 +104,10 @@ long CProcess::GetChunk(std::uint32_t code, SChunkRecord* record) {
     const long status = MakeChunkData(code, data);
     if (status != 0)
         return status;
-    if (GetData(*record).size() < data.size())
-        return DamagedChunkError;
-    record->m_Size = static_cast<std::int32_t>(sizeof *record + data.size());
-    std::memcpy(record + 1, data.data(), data.size());
+    if (data.size() <= GetData(*record).size()) {
+        record->m_Size = static_cast<std::int32_t>(sizeof *record + data.size());
+        std::memcpy(record + 1, data.data(), data.size());
+    }
     return 0;
 }
 

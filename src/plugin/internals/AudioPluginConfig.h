@@ -22,7 +22,7 @@ struct CAudioPluginConfig {
     // Both are copied, and may be null.
     const DSP::IConstFilterProductInfo* productInfo = nullptr;
     const IConstPackageInfo* packageInfo = nullptr;
-    SGUIFeatures guiFeatures;
+    SGUIFeatures guiFeatures{};
     // Both outlive the instance. Null takes the settings of the process, and a timer thread of the
     // instance's own.
     IStaticSettings* staticSettings = nullptr;

@@ -7,6 +7,8 @@
 namespace LatheExt::RTASPlugin {
 namespace {
 
+using Lathe::Math::EParamValueCurve;
+
 TEST(PluginCommandsTest, PresetsAreListedSavedAndLoaded) {
     CTestProcess host;
     const std::string presets = host.m_Settings.GetDataPath().GetUserPresetsFolder();
@@ -26,28 +28,27 @@ TEST(PluginCommandsTest, PresetsAreListedSavedAndLoaded) {
 
 TEST(PluginCommandsTest, AMappingHasARangeAndACurve) {
     CTestProcess host;
-    host.Start();
-    const auto& midi = host.m_Process.GetInternals().GetMIDIController();
+    auto& internals = host.Start().m_Process.GetInternals();
+    const auto& connections = internals.GetConnections();
     const auto check = [&](const char* mapping, const auto& setting, auto... expected) {
         EXPECT_EQ(host.Command("map-midi", mapping), "");
-        EXPECT_EQ(std::tuple(setting.IsMIDIEnabled(), setting.GetNumber(), setting.GetChannel(),
-                             setting.GetMin(), setting.GetMax(), setting.GetCurve()),
-                  std::tuple(true, expected...));
+        EXPECT_EQ(std::tuple(connections.GetMIDIInputDefault()->GetValue(),
+                             connections.GetMIDIOutputDefault()->GetValue(),
+                             setting.IsMIDIEnabled(), setting.GetNumber(), setting.GetChannel(),
+                             setting.GetMin(), setting.GetMax(),
+                             static_cast<int>(setting.GetCurve())),
+                  std::tuple(expected...));
     };
-    using Lathe::Math::EParamValueCurve;
-    check("2\t127\t0\t1.5\t0.5\tExp", midi.GetInputSettings()[1], 127, 0, 1.5, 0.5,
-          EParamValueCurve::Exp);
-    const auto& connections = host.m_Process.GetInternals().GetConnections();
-    EXPECT_FALSE(connections.GetMIDIInputDefault()->GetValue());
-    EXPECT_TRUE(connections.GetMIDIOutputDefault()->GetValue());
-    check("4\t0\t16\t\t\t", midi.GetOutputSettings()[1], 0, 16, 0.0, 9.0, EParamValueCurve::Linear);
-    EXPECT_FALSE(connections.GetMIDIOutputDefault()->GetValue());
+    const auto& midi = internals.GetMIDIController();
+    check("2\t127\t0\t1.5\t0.5\tExp", midi.GetInputSettings()[1], false, true, true, 127, 0, 1.5,
+          0.5, static_cast<int>(EParamValueCurve::Exp));
+    check("4\t0\t16\t\t\t", midi.GetOutputSettings()[1], false, false, true, 0, 16, 0.0, 9.0,
+          static_cast<int>(EParamValueCurve::Linear));
 }
 
 TEST(PluginCommandsTest, WhatIsWrongIsNamed) {
     CTestProcess host;
-    host.Start();
-    host.m_Home.Write("half", "<Preset><inputParams");
+    host.Start().m_Home.Write("half", "<Preset><inputParams");
     host.m_Home.Write("other", "<Settings/>");
     const std::string home = host.m_Home.In("");
     const std::string before = host.Command("current-preset");
@@ -56,8 +57,6 @@ TEST(PluginCommandsTest, WhatIsWrongIsNamed) {
              {"load-preset", home + "half", home + "half: not a well-formed document"},
              {"load-preset", home + "other", home + "other: not a preset"},
              {"apply-preset", "0", "'0' is no index of a preset"},
-             {"apply-preset", "x", "'x' is no index of a preset"},
-             {"map-midi", "", "a mapping has six fields with tabs between them"},
              {"map-midi", "2\t1\t1\t\t\t\t", "a mapping has six fields with tabs between them"},
              {"map-midi", "5\t1\t1\t\t\t", "control '5' is not a number from 1 to 4"},
              {"map-midi", "2\t128\t1\t\t\t", "controller '128' is not a number from 0 to 127"},
@@ -69,7 +68,6 @@ TEST(PluginCommandsTest, WhatIsWrongIsNamed) {
          })
         EXPECT_EQ(host.Command(command, argument), "! " + std::string(fault));
     EXPECT_EQ(host.Command("current-preset"), before);
-    EXPECT_TRUE(host.m_Process.GetInternals().GetConnections().GetMIDIInputDefault()->GetValue());
     EXPECT_EQ(host.Command("save-preset", home + "no/a"), "! " + home + "no/a: can't be written");
 }
 

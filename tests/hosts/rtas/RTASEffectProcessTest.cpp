@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <latch>
+#include <cstring>
 #include <random>
 #include <thread>
 
@@ -29,86 +29,84 @@ TEST(RTASEffectProcessTest, EqualsTheBareFilterToTheBit) {
     DSP::CFilterProperties values;
     values.Setup(bare);
     values.SetDefaults(bare);
-    for (int i = 1; i < bare.GetInputParamsInfo().GetCount(); ++i) {
+    const auto& infos = bare.GetInputParamsInfo();
+    for (int i = 1; i < infos.GetCount(); ++i) {
         const long value = static_cast<std::int32_t>(random());
         host.Move(i + 2, value);
         values.GetParams().SetValue(
-            i, bare.GetInputParamsInfo().GetElement(i).GetPositionMapper().PositionToValue(
+            i, infos.GetElement(i).GetPositionMapper().PositionToValue(
                    (static_cast<double>(value) + 2147483648.0) / 4294967295.0));
     }
     host.m_Process.SetSampleRate(96000);
     bare.Init(96000.0, {});
     bare.SetInputValues(values);
-    for (const int frames : {64, 1, 512, 33, 64, 7, 200}) {
-        host.m_IsInPlace = !host.m_IsInPlace;
-        std::vector<float> expected[2];
-        DSP::CAudioStream streams[2];
-        for (std::size_t c = 0; c < 2; ++c) {
-            for (float& sample : host.m_Inputs[c])
-                sample = static_cast<float>(random() % 2001) / 1000.0f - 1.0f;
-            expected[c] = host.m_Outputs[c] = host.m_Inputs[c];
-            streams[c].Aim(expected[c].data(), frames);
-        }
-        DSP::CAudioStreams both(streams, 2, false);
-        bare.Process({&both, &both, frames});
-        host.Render(frames);
+    DSP::CAudioStream streams[2];
+    DSP::CAudioStreams both(streams, 2, false);
+    for (const bool isInPlace : {false, true}) {
+        for (auto& input : host.m_Inputs)
+            std::generate(input.begin(), input.end(),
+                          [&] { return static_cast<float>(random() % 2001) / 1000.0f - 1.0f; });
+        auto expected = host.m_Outputs = host.m_Inputs;
         for (std::size_t c = 0; c < 2; ++c)
-            ASSERT_TRUE(std::equal(expected[c].begin(), expected[c].begin() + frames,
-                                   host.m_Outputs[c].begin()));
+            streams[c].Aim(expected[c].data(), 512);
+        bare.Process({&both, &both, 512});
+        host.Render(512, {}, isInPlace);
+        EXPECT_TRUE(host.m_Outputs == expected);
     }
-}
-
-// What is in the outputs behind a block, which were -1 before.
-void CheckBlock(Plugin::STestFilterSetup setup, std::pair<short, short> channels,
-                const std::vector<float>& levels, const std::vector<float>& expected,
-                bool isSilent) {
-    CTestProcess host(setup);
-    std::tie(host.m_Setup.m_Inputs, host.m_Setup.m_Outputs) = channels;
-    host.Start();
-    for (std::size_t c = 0; c < 3; ++c)
-        host.m_Inputs[c].assign(512, levels[c]);
-    host.Render();
-    for (std::size_t c = 0; c < 3; ++c) {
-        EXPECT_EQ(host.m_Outputs[c][63], expected[c]);
-        EXPECT_EQ(host.m_Outputs[c][64], -1.0f);
-    }
-    EXPECT_EQ(host.m_Seen->m_SilentBlocks, isSilent ? 1 : 0);
-    EXPECT_EQ(host.m_Seen->m_Blocks, isSilent ? 0 : 1);
 }
 
 TEST(RTASEffectProcessTest, SilenceAndMissingChannels) {
-    CheckBlock({}, {2, 2}, {1, 2, 3}, {1, 2, -1}, false);
-    CheckBlock({}, {1, 3}, {1, 2, 3}, {1, 0, -1}, false);
-    CheckBlock({}, {3, 1}, {1, 2, 3}, {1, -1, -1}, false);
-    CheckBlock({}, {0, 2}, {1, 2, 3}, {0, 0, -1}, true);
-    CheckBlock({}, {3, 2}, {9.9e-11f, -9.9e-11f, 1}, {0, 0, -1}, true);
-    CheckBlock({}, {2, 2}, {0, -1.1e-10f, 0}, {0, -1.1e-10f, -1}, false);
-    // A source, of which this filter makes nothing, has no silence; a listener lets audio pass.
-    CheckBlock({.m_Inputs = 0}, {0, 1}, {0, 0, 0}, {-1, -1, -1}, false);
-    CheckBlock({.m_Outputs = 0}, {2, 3}, {1, 2, 3}, {1, 2, 0}, false);
+    struct SCase {
+        Plugin::STestFilterSetup m_Setup;
+        short m_Inputs, m_Outputs;
+        std::vector<float> m_Levels, m_Expected; // The outputs were -1 before.
+        int m_SilentBlocks = 0;
+    };
+    for (const SCase& row : {
+             SCase{{}, 2, 2, {1, 2, 3}, {1, 2, -1}},
+             {{}, 1, 3, {1, 2, 3}, {1, 0, -1}},
+             {{}, 3, 1, {1, 2, 3}, {1, -1, -1}},
+             {{}, 0, 2, {1, 2, 3}, {0, 0, -1}, 1},
+             {{}, 3, 2, {9.9e-11f, -9.9e-11f, 1}, {0, 0, -1}, 1},
+             {{}, 2, 2, {0, -1.1e-10f, 0}, {0, -1.1e-10f, -1}},
+             // A source, of which this filter makes nothing, has no silence; a listener lets audio
+             // pass.
+             {{.m_Inputs = 0}, 0, 1, {0, 0, 0}, {-1, -1, -1}},
+             {{.m_Outputs = 0}, 2, 3, {1, 2, 3}, {1, 2, 0}},
+         }) {
+        CTestProcess host(row.m_Setup);
+        host.m_Setup.m_Inputs = row.m_Inputs;
+        host.m_Setup.m_Outputs = row.m_Outputs;
+        for (std::size_t c = 0; c < 3; ++c)
+            host.m_Inputs[c].assign(512, row.m_Levels[c]);
+        host.Start().Render();
+        for (std::size_t c = 0; c < 3; ++c) {
+            EXPECT_EQ(host.m_Outputs[c][63], row.m_Expected[c]);
+            EXPECT_EQ(host.m_Outputs[c][64], -1.0f);
+        }
+        EXPECT_EQ(host.m_Seen->m_SilentBlocks, row.m_SilentBlocks);
+        EXPECT_EQ(host.m_Seen->m_Blocks, 1 - row.m_SilentBlocks);
+    }
 }
 
 TEST(RTASEffectProcessTest, SettingsSeeEveryEventAndTheFilterTheFirst) {
     CTestProcess host;
-    host.Start();
-    EXPECT_EQ(host.Command("map-midi", "2\t20\t1\t\t\t"), "");
+    host.Start().Command("map-midi", "2\t20\t1\t\t\t");
     std::vector<RTASMIDIEvent> events(3000, {63, 3, {0x90, 60, 100}});
     events[2998] = MakeController(20, 127);
     host.Render(64, events);
-    EXPECT_EQ(host.m_Seen->m_Events, 2048);
-    EXPECT_TRUE(host.m_Seen->m_HasTransport);
+    EXPECT_TRUE(host.m_Seen->m_Events == 2048 && host.m_Seen->m_HasTransport);
     EXPECT_EQ(host.m_Process.GetInternals().GetMIDIController().GetLastMessage().GetNumber(), 20);
     EXPECT_EQ(host.m_Log.Take(), "touch2 2=2147483647 release2 ");
-    host.Render(64);
+    host.Render();
     EXPECT_EQ(host.m_Seen->m_Events, 0);
 }
 
 TEST(RTASEffectProcessTest, BypassCountsFromTheNextBlock) {
     CTestProcess host;
-    host.Start();
+    host.Start().Move(2, s_Top); // Twice the level.
     host.m_Inputs[0].assign(512, 0.25f);
-    host.Move(2, s_Top); // Twice the level.
-    host.Render();       // The level gets there.
+    host.Render(); // The level gets there.
     for (const auto& [control, value, expected] : {std::tuple{1L, 1L, 0.25f},
                                                    {1L, 0L, 0.5f},
                                                    {1L, s_Bottom, 0.5f},
@@ -120,7 +118,7 @@ TEST(RTASEffectProcessTest, BypassCountsFromTheNextBlock) {
         EXPECT_EQ(host.m_Outputs[0][0], expected);
     }
     // The instance's own bypass goes round by the host, before the block that brings it.
-    EXPECT_EQ(host.Command("map-midi", "1\t7\t0\t\t\t"), "");
+    host.Command("map-midi", "1\t7\t0\t\t\t");
     host.Render(64, {MakeController(7, 127)});
     EXPECT_EQ(host.m_Outputs[0][0], 0.25f);
 }
@@ -128,12 +126,9 @@ TEST(RTASEffectProcessTest, BypassCountsFromTheNextBlock) {
 TEST(RTASEffectProcessTest, OutputsReachTheHostAsTheirSettingsSay) {
     for (const bool isAutomated : {false, true}) {
         CTestProcess host;
-        host.Start();
-        EXPECT_EQ(host.Command("map-midi", "3\t9\t1\t\t\t"), "");
-        host.m_Process.GetInternals()
-            .GetMIDIController()
-            .GetOutputSettings()[0]
-            .SetAutomationEnabled(isAutomated);
+        host.Start().Command("map-midi", "3\t9\t1\t\t\t");
+        auto& midi = host.m_Process.GetInternals().GetMIDIController();
+        midi.GetOutputSettings()[0].SetAutomationEnabled(isAutomated);
         host.Render(); // Due with the first block, and then 50 times a second.
         host.Move(2, s_Top);
         const long before = host.GetValue(3);
@@ -143,8 +138,7 @@ TEST(RTASEffectProcessTest, OutputsReachTheHostAsTheirSettingsSay) {
         host.Render(512);
         EXPECT_EQ(host.GetValue(3), s_Top);
         EXPECT_EQ(host.m_Log.Take(), isAutomated ? "3=2147483647 " : "");
-        ASSERT_EQ(host.m_SentCount, 1);
-        EXPECT_TRUE(host.m_Sent.length == 3 && host.m_Sent.data[2] == 127);
+        EXPECT_TRUE(host.m_SentCount == 1 && host.m_Sent.length == 3 && host.m_Sent.data[2] == 127);
     }
 }
 
@@ -152,57 +146,46 @@ TEST(RTASEffectProcessTest, OutputsThatMeetAReaderComeWithTheNextBlock) {
     CTestProcess host;
     const auto& connections = host.Start().m_Process.GetInternals().GetConnections();
     const auto& shown = connections.GetOutputStrings()->GetElement(0);
-    std::latch isHeld(1), isDone(1);
-    std::thread reader([&] {
-        const Core::CAutoLock held(
-            const_cast<Core::ILock&>(dynamic_cast<const Core::ILock&>(shown)));
-        isHeld.count_down();
-        isDone.wait();
-    });
-    isHeld.wait();
     const long changes = host.m_Process.GetChangeCount();
     connections.GetInputStrings()->GetElement(0).SetValue("new");
     EXPECT_EQ(host.m_Process.GetChangeCount(), changes + 1);
-    host.Render();
-    isDone.count_down();
-    reader.join();
-    EXPECT_STREQ(std::unique_ptr<char[]>(shown.GetValue()).get(), "none");
+    {
+        const Core::CAutoLock reading(
+            const_cast<Core::ILock&>(dynamic_cast<const Core::ILock&>(shown)));
+        std::thread([&] { host.Render(); }).join();
+    }
+    EXPECT_EQ(Plugin::TakeText(shown.GetValue()), "none");
     host.Render(1);
-    EXPECT_STREQ(std::unique_ptr<char[]>(shown.GetValue()).get(), "new");
+    EXPECT_EQ(Plugin::TakeText(shown.GetValue()), "new");
 }
 
-TEST(RTASEffectProcessTest, RatesReachTheFilterOnce) {
+TEST(RTASEffectProcessTest, RatesReachTheFilterOnceAndOfflineThereIsNeitherMIDINorTime) {
     CTestProcess host;
     host.m_Setup.m_IsAudioSuite = true;
     host.Start();
     for (const long rate : {44100, 48000, 48000})
         host.m_Process.SetSampleRate(rate);
     EXPECT_EQ(host.m_Seen->m_Rates, (std::vector{44100.0, 44100.0, 48000.0}));
-    // Offline there is neither MIDI nor time.
     host.Render(64, {MakeController(20, 0)});
     EXPECT_TRUE(host.m_Seen->m_Events == 0 && !host.m_Seen->m_HasTransport);
 }
 
 TEST(RTASEffectProcessTest, PagesHoldEightControls) {
     CTestProcess host(std::make_unique<CDualCairnEQ>());
-    const auto code = MakeFourCharCode("PcTL");
     long size = -1;
-    EXPECT_EQ(host.m_Process.QueryTable(code, &size), nullptr);
-    const void* const table = host.Start().m_Process.QueryTable(code, &size);
-    const std::vector<std::uint16_t> expected = {
-        16, 2,  32, 1,  2,  3,  4, 5, 6, 7, 8, 0, 0, 0, 0, 0, 0, 0, 0, //
-        9,  10, 11, 12, 13, 14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    EXPECT_EQ(host.m_Process.QueryTable(MakeFourCharCode("PcTL"), &size), nullptr);
+    const void* table = host.Start().m_Process.QueryTable(MakeFourCharCode("PcTL"), &size);
+    const std::u16string expected = {16, 2,  32, 1,  2,  3,  4, 5, 6, 7, 8, 0, 0, 0, 0, 0, 0, 0, 0,
+                                     9,  10, 11, 12, 13, 14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
     ASSERT_EQ(size, 2 * 32 + 10);
-    EXPECT_TRUE(
-        std::equal(expected.begin(), expected.end(), static_cast<const std::uint16_t*>(table)));
+    EXPECT_EQ(std::memcmp(table, expected.data(), 74), 0);
 }
 
 // Beside the host's other threads, as it is.
 TEST(RTASEffectProcessTest, ABlockAllocatesNothing) {
     CTestProcess host;
     host.m_Setup.m_Calls = {}; // The log allocates.
-    host.Start();
-    EXPECT_EQ(host.Command("map-midi", "2\t20\t0\t\t\t"), "");
+    host.Start().Command("map-midi", "2\t20\t0\t\t\t");
     std::thread audio([&] {
         std::vector<RTASMIDIEvent> events(3000, MakeController(20, 0));
         const CAllocationScope scope;
@@ -213,8 +196,7 @@ TEST(RTASEffectProcessTest, ABlockAllocatesNothing) {
         }
         EXPECT_EQ(scope.GetCount(), 0);
     });
-    for (int i = 0; i < 100; ++i) {
-        long size = 0;
+    for (long i = 0, size = 0; i < 100; ++i) {
         host.Move(i % 4 + 1, i % 2 == 0 ? s_Bottom : s_Top);
         host.m_Process.GetChunkSize(MakeFourCharCode("mrws"), &size);
     }

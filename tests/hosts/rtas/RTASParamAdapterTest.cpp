@@ -27,74 +27,62 @@ TEST(HostIntegerTest, EveryIntegerComesBack) {
         EXPECT_EQ(PositionToHostInteger(above), s_Top);
 }
 
-// A library whose host answers at once.
-class CAnsweringProcess : public CProcess {
-public:
-    void OnControlValueChanged(long control, long value) LATHE_REALTIME override {
-        m_Adapter.SetFromHost(value);
-        CProcess::OnControlValueChanged(control, value);
-    }
-
-    CRTASParamAdapter m_Adapter;
-};
-
-// An output, the only control of its process.
-class RTASParamAdapterTest : public testing::Test {
+// A library whose host answers at once, with an output as its only control.
+class RTASParamAdapterTest : public testing::Test, public CProcess {
 protected:
     void SetUp() override {
         m_Setting.SetMin(-40.0);
         m_Setting.SetMax(40.0);
-        m_Adapter.Setup(&m_Process,
+        m_Adapter.Setup(this,
                         CParamInfo(EParamType::Float, -40.0, 40.0, 10.0, "Input Level", "dB", "",
                                    new CParamValueToText("%+.1f", false, "{value}")),
                         m_Setting, 1);
-        m_Process.SetUp({.m_Calls = m_Log.MakeCalls()});
-        m_Process.AddControl(std::make_unique<CRTASPluginControl>(&m_Adapter, true));
+        CProcess::SetUp({.m_Calls = m_Log.MakeCalls()});
+        AddControl(std::make_unique<CRTASPluginControl>(&m_Adapter, true));
         m_Adapter.GetValueChangedEvent().AddCommand(m_Changes);
     }
+    void OnControlValueChanged(long control, long value) LATHE_REALTIME override {
+        m_Adapter.SetFromHost(value);
+        CProcess::OnControlValueChanged(control, value);
+    }
     // So often the value-changed event ran since the last call, and this the host heard.
-    void CheckTold(int changes, const std::string& calls) {
+    void CheckTold(double value, int changes, const std::string& calls) {
+        EXPECT_EQ(m_Adapter.GetValue(), value);
         EXPECT_EQ(m_Changes.m_Count.exchange(0), changes);
         EXPECT_EQ(m_Log.Take(), calls);
     }
-    CPluginControl& GetControl() { return *m_Process.GetControl(1); }
-    // The room has one character more than the length.
-    std::string ReadName(long length) {
+    // What is in the text's room, which has one character more than the length.
+    std::string Read(long length, bool isName) {
         std::string text(64, '#');
-        GetControl().GetNameOfLength(text.data(), length);
+        if (isName)
+            GetControl(1)->GetNameOfLength(text.data(), length);
+        else
+            GetControl(1)->GetValueString(text.data(), length, m_Adapter.ToHost(-12.5));
         EXPECT_EQ(text[static_cast<std::size_t>(length) + 1], '#');
         return text.c_str();
-    }
-    std::string ReadText(long length, double value) {
-        char text[64];
-        GetControl().GetValueString(text, length, m_Adapter.ToHost(value));
-        return text;
     }
 
     SHostLog m_Log;
     Plugin::CMIDICCSetting m_Setting;
-    CAnsweringProcess m_Process;
-    CRTASParamAdapter& m_Adapter = m_Process.m_Adapter;
+    CRTASParamAdapter m_Adapter;
     Plugin::CCountCommand m_Changes;
 };
 
 TEST_F(RTASParamAdapterTest, EachChangeIsToldOnce) {
     for (const double value : {40.0, 40.0, std::nan("")})
         m_Adapter.SetValue(value);
-    CheckTold(1, "1=2147483647 ");
+    CheckTold(40.0, 1, "1=2147483647 ");
     m_Adapter.SetValueQuietly(1.0 / 3.0);
     // What comes back doesn't round what was set.
-    m_Adapter.SetFromHost(GetControl().GetValue());
-    EXPECT_EQ(m_Adapter.GetValue(), 1.0 / 3.0);
-    CheckTold(1, "");
+    m_Adapter.SetFromHost(GetControl(1)->GetValue());
+    CheckTold(1.0 / 3.0, 1, "");
     m_Adapter.SetFromHost(s_Bottom);
-    EXPECT_EQ(m_Adapter.GetValue(), -40.0);
-    CheckTold(1, "");
+    CheckTold(-40.0, 1, "");
     m_Adapter.Release();
     m_Adapter.Capture();
     m_Adapter.Capture();
     m_Adapter.Release();
-    CheckTold(0, "touch1 release1 ");
+    CheckTold(-40.0, 0, "touch1 release1 ");
 }
 
 TEST_F(RTASParamAdapterTest, TheSettingBoundsTheHostsRange) {
@@ -110,24 +98,23 @@ TEST_F(RTASParamAdapterTest, TheSettingBoundsTheHostsRange) {
 }
 
 TEST_F(RTASParamAdapterTest, NamesAndTextsFitEveryLength) {
-    constexpr const char* s_Names[] = {
-        "#",          "I",           "It",          "ItL",          "ItLl",
-        "ItLvl",      "IntLvl",      "InptLvl",     "InptLevl",     "InptLevel",
-        "InputLevel", "Input Level", "Input Level", "OUT:InptLevel"};
-    for (long length = 1; length < 14; ++length)
-        EXPECT_EQ(ReadName(length), s_Names[length]);
-    EXPECT_EQ(ReadName(0)[0], '#');
-    EXPECT_EQ(ReadText(16, -12.5), "-12.5 dB");
-    EXPECT_EQ(ReadText(7, -12.5), "-12.5dB");
-    EXPECT_EQ(ReadText(2, -12.5), "-1");
-    EXPECT_EQ(GetControl().ConvertStringToValue("-12.5"), m_Adapter.ToHost(-12.5));
+    for (const auto& [length, name] : {std::pair{1, "I"},
+                                       {5, "ItLvl"},
+                                       {9, "InptLevel"},
+                                       {10, "InputLevel"},
+                                       {12, "Input Level"},
+                                       {13, "OUT:InptLevel"}})
+        EXPECT_EQ(Read(length, true), name);
+    EXPECT_EQ(Read(0, true)[0], '#');
+    EXPECT_EQ(Read(16, false) + Read(7, false) + Read(2, false), "-12.5 dB-12.5dB-1");
+    EXPECT_EQ(GetControl(1)->ConvertStringToValue("-12.5"), m_Adapter.ToHost(-12.5));
     for (const char* unreadable : {"loud", "", static_cast<const char*>(nullptr)})
-        EXPECT_EQ(GetControl().ConvertStringToValue(unreadable), m_Adapter.ToHost(10.0));
+        EXPECT_EQ(GetControl(1)->ConvertStringToValue(unreadable), m_Adapter.ToHost(10.0));
     for (const auto& [type, steps] : {std::pair{0, 2}, {3, 2}, {1, 8}, {2, 1024}, {9, 1024}}) {
-        m_Adapter.Setup(nullptr, CParamInfo(EParamType(type), 0.0, 7.0, 0.0, "", "", ""), m_Setting,
+        m_Adapter.Setup(this, CParamInfo(EParamType(type), 0.0, 7.0, 0.0, "", "", ""), m_Setting,
                         1);
-        EXPECT_EQ(GetControl().GetNumberOfSteps(), steps);
-        EXPECT_EQ(GetControl().IsContinuous(), steps == 1024);
+        EXPECT_EQ(GetControl(1)->GetNumberOfSteps(), steps);
+        EXPECT_EQ(GetControl(1)->IsContinuous(), steps == 1024);
     }
 }
 

@@ -11,13 +11,14 @@ namespace {
 
 using Lathe::Audio::DSP::CFilterProductInfo;
 using Lathe::Audio::DSP::CProcessInfo;
-using Types = std::vector<std::array<long, 3>>;
+// Identifier, category, input and output of each.
+using Types = std::vector<std::array<long, 4>>;
 
-// Identifier, input and output of each.
 Types GetTypes(const CEffectGroup& group) {
     Types types;
     for (const auto& type : group.GetEffectTypes())
-        types.push_back({type->GetTypeId(), type->GetStemFormats().front().m_Input,
+        types.push_back({type->GetTypeId(), type->GetCategory(),
+                         type->GetStemFormats().front().m_Input,
                          type->GetStemFormats().front().m_Output});
     return types;
 }
@@ -29,9 +30,8 @@ TEST(RTASProcessGroupTest, ThisPlugInIsAStereoEqualiser) {
     EXPECT_EQ(effects.GetManufacturerCode(), 0x6D727773U);
     EXPECT_STREQ(effects.GetProductNames(), "Marrow's Cairn EQ 4 Dual\nMWCairnEQ 4 Dual\n"
                                             "MWCrnEQ4Dual\nMWCnEQ4D\nMWCn");
-    ASSERT_EQ(GetTypes(effects), (Types{{0, 1, 1}}));
+    ASSERT_EQ(GetTypes(effects), (Types{{0, 1, 1, 1}}));
     EXPECT_EQ(effects.GetEffectTypes().front()->GetProductId(), 0x35343535U);
-    EXPECT_EQ(effects.GetEffectTypes().front()->GetCategory(), 1U);
     EXPECT_EQ(MakeProductNames("A(Mono)(Dual) (Stereo)", "B(Mono)(Stereo)(Dual)"),
               "A M Dual\nB Dual\nB Dual\nB Dual\nBDul");
 }
@@ -43,20 +43,21 @@ TEST(RTASProcessGroupTest, LayoutsBecomeTypes) {
         group.SetMonoVariant(true);
         group.DefineTypes(true);
         EXPECT_EQ(GetTypes(group), expected);
-        EXPECT_EQ(group.GetEffectTypes().front()->GetCategory(), 0x800U);
     };
-    check({1, 1}, {{0, 0, 0}});
-    check({0, 0}, {{0, 1, 1}, {1, 0, 0}});
-    check({0, 5}, {{0, 5, 5}, {1, 0, 0}});
-    check({8, 9}, {{0, 10, -100}, {1, 0, 0}});
+    constexpr long s_Effect = 0x800;
+    check({1, 1}, {{0, s_Effect, 0, 0}});
+    check({0, 5}, {{0, s_Effect, 5, 5}, {1, s_Effect, 0, 0}});
+    check({8, 9}, {{0, s_Effect, 10, -100}, {1, s_Effect, 0, 0}});
     CProcessInfo alternatives(2, 2);
-    constexpr int s_Channels[][2] = {{2, 4}, {6, 7}, {0, 9}};
-    alternatives.m_IOConfigurations.SetCount(3);
-    for (int i = 0; i < 3; ++i) {
-        alternatives.m_IOConfigurations[i].m_Inputs.SetCount(s_Channels[i][0]);
-        alternatives.m_IOConfigurations[i].m_Outputs.SetCount(s_Channels[i][1]);
+    for (const auto& [inputs, outputs] : {std::pair{2, 4}, {6, 7}, {0, 9}, {0, 0}}) {
+        const int count = alternatives.m_IOConfigurations.GetCount();
+        alternatives.m_IOConfigurations.SetCount(count + 1);
+        auto& configuration = alternatives.m_IOConfigurations[count];
+        configuration.m_Inputs.SetCount(inputs);
+        configuration.m_Outputs.SetCount(outputs);
     }
-    check(alternatives, {{0, 1, 3}, {1, 6, 8}, {4, 7, 9}});
+    check(alternatives,
+          {{0, s_Effect, 1, 3}, {1, s_Effect, 6, 8}, {5, s_Effect, 7, 9}, {3, s_Effect, 1, 1}});
 }
 
 } // namespace

@@ -20,16 +20,16 @@ inline constexpr long s_Top = std::numeric_limits<std::int32_t>::max();
 
 // All since it was last emptied: "2=100 " for a value, "touch2 " and "release2 ".
 struct SHostLog {
-    template <int kind>
-    static void Note(void* log, std::int32_t control) {
-        static_cast<SHostLog*>(log)->m_Text +=
-            (kind == 0 ? "touch" : "release") + std::to_string(control) + " ";
+    static void Note(void* log, const std::string& text) {
+        static_cast<SHostLog*>(log)->m_Text += text + " ";
     }
-    static void NoteValue(void* log, std::int32_t control, std::int32_t value) {
-        static_cast<SHostLog*>(log)->m_Text +=
-            std::to_string(control) + "=" + std::to_string(value) + " ";
+    RTASHostCalls MakeCalls() {
+        using std::to_string;
+        return {this,
+                [](void* log, int id, int v) { Note(log, to_string(id) + "=" + to_string(v)); },
+                [](void* log, int id) { Note(log, "touch" + to_string(id)); },
+                [](void* log, int id) { Note(log, "release" + to_string(id)); }};
     }
-    RTASHostCalls MakeCalls() { return {this, NoteValue, Note<0>, Note<1>}; }
     std::string Take() { return std::exchange(m_Text, ""); }
 
     std::string m_Text;
@@ -63,10 +63,10 @@ public:
 
 class CTestProcess {
 public:
-    // The filter is the process's.
     explicit CTestProcess(std::unique_ptr<DSP::IFilter> filter)
         : m_Seen(dynamic_cast<CSeenFilter*>(filter.get())),
-          m_Process(MakeConfig(filter.release())) {
+          m_Process(Plugin::CAudioPluginConfig{.filter = filter.release(),
+                                               .staticSettings = &m_Settings}) {
         m_Setup.m_Calls = m_Log.MakeCalls();
     }
     explicit CTestProcess(Plugin::STestFilterSetup setup = {})
@@ -79,18 +79,17 @@ public:
         m_Log.Take();
         return *this;
     }
-    void Render(int frames = 64, const std::vector<RTASMIDIEvent>& events = {}) LATHE_REALTIME {
+    void Render(int frames = 64, const std::vector<RTASMIDIEvent>& events = {},
+                bool isInPlace = false) LATHE_REALTIME {
         float* inputs[] = {m_Inputs[0].data(), m_Inputs[1].data(), m_Inputs[2].data()};
         float* outputs[] = {m_Outputs[0].data(), m_Outputs[1].data(), m_Outputs[2].data()};
-        const RTASTransport transport{};
         RTASRender render{};
         render.midiIn = events.data();
         render.midiInCount = static_cast<int>(events.size());
         render.midiOut = &m_Sent;
         render.midiOutRoom = 1;
-        render.transport = &transport;
         m_Process.BeginBlock(render);
-        m_Process.RenderAudio(m_IsInPlace ? outputs : inputs, outputs, frames);
+        m_Process.RenderAudio(isInPlace ? outputs : inputs, outputs, frames);
         m_Process.EndBlock(render);
         m_SentCount = render.midiOutCount;
     }
@@ -108,21 +107,12 @@ public:
     SProcessSetup m_Setup;
     // Null for another filter.
     CSeenFilter* m_Seen;
-    bool m_IsInPlace = false;
     std::vector<std::vector<float>> m_Inputs{3, std::vector<float>(512)};
     std::vector<std::vector<float>> m_Outputs{3, std::vector<float>(512, -1.0f)};
     // Of the last block.
     RTASMIDIEvent m_Sent{};
     int m_SentCount = 0;
     COpenProcess m_Process;
-
-private:
-    Plugin::CAudioPluginConfig MakeConfig(DSP::IFilter* filter) {
-        Plugin::CAudioPluginConfig config;
-        config.filter = filter;
-        config.staticSettings = &m_Settings;
-        return config;
-    }
 };
 
 } // namespace LatheExt::RTASPlugin

@@ -52,7 +52,7 @@ CModuleTest::~CModuleTest() {
 RTASProcess* CModuleTest::New(bool isAudioSuite) {
     m_New.isAudioSuite = isAudioSuite;
     m_New.sampleRate = 48000;
-    m_New.maxBlockSize = 64;
+    m_New.maxBlockSize = 1; // All blocks are larger.
     m_New.inputs = m_New.outputs = 2;
     m_New.calls.context = &m_HostHeard;
     m_New.calls.controlTouched = [](void* heard, int32_t) { Note(heard, "touch"); };

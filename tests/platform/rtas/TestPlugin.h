@@ -92,7 +92,8 @@ Call MakeCall(RTASProcess* process) {
     return call;
 }
 
-// A loaded module with one instance: stereo, at 48000 Hz, in blocks of up to 64 samples.
+// A loaded module with one instance: stereo, at 48000 Hz, that renders larger blocks than
+// announced.
 class CModuleTest : public testing::Test {
 protected:
     CModuleTest();
