@@ -87,7 +87,7 @@ TEST_F(Program, FaultsAreOneLineEachAndLeaveNothing) {
         {"response -o a.png --set Loud=1", 1, "no parameter is called \"Loud\""},
         {"demo file", 1, "file: "},
         {"render in.wav out.wav --midi bad.csv", 1, "bad.csv: isn't a MIDI file"},
-        {"render in.wav out.wav --midi-map 0=cc:7,curve:Bent", 1, "curve 'Bent'"},
+        {"render in.wav out.wav --midi-map 0=cc:7,curve:Bent", 1, "curve \"Bent\": expected Log3, "},
         {"render in.wav out.wav --preset none", 1, "none: can't be read: No such file"},
         {"render in.wav out.wav --preset bad.csv", 1,
          "bad.csv: can't be loaded: not a well-formed"},
