@@ -291,6 +291,8 @@ std::vector<std::string> CRenderer::TakeNotes() {
     };
     note(m_Options.m_Automation, m_Events.size() - m_NextEvent, m_Events.size());
     note(m_Options.m_Midi, m_Plan.m_Midi.size() - m_NextMidi, m_Plan.m_Midi.size());
+    if (!m_Options.m_MidiOut.empty() && m_Sent.empty())
+        m_Notes.push_back(m_Options.m_MidiOut + ": holds no events, as the plug-in sent none");
     return std::move(m_Notes);
 }
 
