@@ -315,6 +315,8 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
         return status.GetFault();
     const std::int64_t expected =
         reader.GetFrameCount() > 0 ? reader.GetFrameCount() + renderer.GetTailFrames() : 0;
+    // Until here there is nothing to clean up: an interrupt ends even the wait for a pipe at once.
+    WatchForInterrupt();
     CAudioWriter writer;
     if (CStatus status =
             writer.Open(options.m_Output, reader.GetSampleRate(), plan->m_Subtype, expected);
