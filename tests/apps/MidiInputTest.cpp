@@ -37,7 +37,12 @@ TEST(MidiFile, TimesFollowTheTempoInAllTracks) {
     const std::string notes = Bytes({0x87, 0x40, 0x91, 60, 1, 0x83, 0x60, 60, 0});
     EXPECT_EQ(Read(MakeMidi(1, {0x01, 0xe0}, {tempo + s_End, notes + s_End, s_Controller + s_End})),
               "0:176,7,100 0.75:145,60,1 1:145,60,0 ");
-    // The same in one track, whose second event comes 480 ticks behind the tempo.
+    // Changes in any order of tracks: from tick 240 on twice as fast, and from 480 on as before.
+    const std::string faster = Bytes({0x81, 0x70, 0xff, 0x51, 3, 3, 0xd0, 0x90});
+    const std::string back = Bytes({0x83, 0x60, 0xff, 0x51, 3, 7, 0xa1, 0x20});
+    EXPECT_EQ(Read(MakeMidi(1, {0x01, 0xe0}, {notes + s_End, back + s_End, faster + s_End})),
+              "0.875:145,60,1 1.375:145,60,0 ");
+    // One track, whose second event comes 480 ticks behind the tempo.
     EXPECT_EQ(Read(MakeMidi(0, {0x01, 0xe0}, {tempo + Bytes({0x83, 0x60, 0x91, 60, 1}) + s_End})),
               "0.75:145,60,1 ");
     // Frames of film know no tempo: 25 a second, of 40 ticks.

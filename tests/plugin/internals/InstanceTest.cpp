@@ -8,6 +8,7 @@
 #include "support/AllocationCounter.h"
 
 #include <cmath>
+#include <future>
 
 namespace Lathe::Audio::Plugin {
 namespace {
@@ -217,6 +218,37 @@ TEST(Instance, FreesWhatNoBlockHoldsWithTheNextWriteOrTick) {
     EXPECT_EQ(CWatched::s_Alive, 2) << "a block frees nothing";
     timers.Advance(100);
     EXPECT_EQ(CWatched::s_Alive, 1);
+    for (const char* text : {"one", "two"}) {
+        rig.GetText().SetValue(text);
+        runBlocks();
+    }
+    const CAllocationScope scope;
+    rig.GetText().SetValue("two");
+    EXPECT_GT(scope.GetCount(), 0) << "what was retired goes, though the text isn't new";
+}
+
+TEST(OutputObjects, ComeBackForALockThatAReaderHolds) {
+    CPluginTestFilter filter;
+    COutputObjects outputs(filter);
+    const auto& text = outputs.GetStrings().GetElement(0);
+    const auto publish = [&](bool force) {
+        return std::async(std::launch::async,
+                          [&, force] { return outputs.Publish(filter, nullptr, force); });
+    };
+    CActionCommand handler([&] { EXPECT_TRUE(publish(false).get()) << "no lock in events"; });
+    text.GetValueChangedEvent().AddCommand(handler);
+    DSP::CFilterProperties given;
+    given.SetDefaults(filter);
+    given.GetStrings().SetValue(0, "new");
+    filter.SetInputValues(given);
+    outputs.GetLock().Lock();
+    EXPECT_FALSE(publish(false).get());
+    auto forced = publish(true);
+    EXPECT_EQ(TakeText(text.GetValue()), "none");
+    outputs.GetLock().Unlock();
+    EXPECT_TRUE(forced.get());
+    EXPECT_EQ(TakeText(text.GetValue()), "new");
+    text.GetValueChangedEvent().RemoveCommand(handler);
 }
 
 TEST(Instance, UpdatesOutputsWhileTheHostDoesNotProcess) {
