@@ -175,6 +175,13 @@ TEST_F(State, SurvivesHostileDocuments) {
                             "\" p1=\"" + number + "\"/><inputCurves count=\"" + number +
                             "\" obj0=\"" + number +
                             "\"/><inputStrings><s0/></inputStrings></Preset>");
+    std::string huge;
+    for (int i = 0; i < 1'000'000; ++i)
+        huge += "<a>"; // Nested, and never closed.
+    documents.push_back(huge);
+    huge = "<Preset progName=\"";
+    huge.resize(100'000'000, 'x');
+    documents.push_back(huge + "\"/>");
     for (const std::string& document : documents) {
         m_Host.SetState(document);
         m_Host.Block();
