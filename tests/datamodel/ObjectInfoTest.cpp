@@ -1,6 +1,7 @@
 // Proves what descriptions keep and copy, and when they tell of changes. That what they own is
 // destroyed exactly once shows under the address sanitizer.
 
+#include "core/runtime/ObjectsFactory.h"
 #include "datamodel/Journal.h"
 #include "datamodel/objects/CurveInfo.h"
 #include "datamodel/objects/CustomPropertyInfo.h"
@@ -121,6 +122,12 @@ void CheckFunctionInfo() {
 TEST(FunctionInfos, FollowTheirAxes) {
     CheckFunctionInfo<CCurveInfo, Math::CConstantFunction>();
     CheckFunctionInfo<CSurfaceInfo, Math::CConstantBinaryFunction>();
+}
+
+TEST(DynamicPropertyValue, IsMadeByClassId) {
+    const std::unique_ptr<IDynamicPropertyValue> value(
+        Runtime::CreateObject<IDynamicPropertyValue>(CEmptyDynamicPropertyValue::ClassId()));
+    EXPECT_TRUE(value && value->IsSameType(CEmptyDynamicPropertyValue()));
 }
 
 TEST(ValueCurveNames, FindWhatTheyName) {

@@ -74,6 +74,7 @@ TEST_F(CClipboardTest, TakesFromTheFirstMatchWhatItHolds) {
     } cases[] = {
         {"_MarrowSound_-[A]-f", plain, "f", "A", "pastes 1", true, false},
         {"_MarrowSound_-[A]-f", plain, "f", "a", "fails 7", false, false},
+        {"_MarrowSound_-[AB]-f", plain, nullptr, "A", "fails 7", false, false},
         {"_MarrowSound_-[A]-f", plain, "", "A", "fails 7", false, false},
         {"_MarrowSound_-[A]-]-f", plain, "]-f", "A", "pastes 1", true, false},
         {"_MarrowSound_-[A", plain, nullptr, nullptr, "fails 7", false, false},
