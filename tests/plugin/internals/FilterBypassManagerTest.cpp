@@ -181,7 +181,7 @@ TEST_P(FilterBypassManager, TakesBlocksOfAnyShape) {
     EXPECT_EQ(m_Filter.GetOutputParamsValues().GetValue(0), 1.0);
     CSignals expected{input[0], input[1], CSignal(3000)};
     for (CSignal& signal : expected) {
-        signal.insert(signal.begin(), static_cast<std::size_t>(GetParam() + 50), 0.0f);
+        signal.insert(signal.begin(), static_cast<std::size_t>(GetParam()) + 50, 0.0f);
         signal.resize(3000);
     }
     CheckClose(result.Read(), expected, 0.0);
