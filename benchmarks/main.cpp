@@ -1,5 +1,7 @@
-// Measures the equaliser beside a plain loop, and an instance beside its bare filter, in one run.
+// Measures the equaliser beside a plain loop, and an instance and the loaded module beside their
+// bare filter, in one run.
 #include "dsp/PluginsFilters/EqualiserBenchmark.h"
+#include "hosts/ModuleBenchmark.h"
 #include "plugin/InstanceBenchmark.h"
 #include "support/FastestTimes.h"
 
@@ -23,10 +25,12 @@ int main(int argc, char** argv) {
         return 2;
     CairnBench::RegisterEqualiserBenchmarks();
     CairnBench::RegisterInstanceBenchmarks();
+    CairnBench::RegisterModuleBenchmarks();
     CairnBench::CFastestTimes times;
     benchmark::RunSpecifiedBenchmarks(&times);
     CairnBench::PrintEqualiserTable(times);
     CairnBench::PrintInstanceTable(times);
+    CairnBench::PrintModuleTable(times);
     benchmark::Shutdown();
     return 0;
 }

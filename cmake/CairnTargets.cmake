@@ -18,8 +18,9 @@ if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
         CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE_PROGRAM}")
 endif()
 
-# "address", "thread" or "realtime": the value of CAIRN_SANITIZER, set by the presets.
-set(CAIRN_SANITIZER "" CACHE STRING "Sanitizer to build with: address, thread, realtime or none")
+# "address", "thread", "realtime" or "fuzzer": the value of CAIRN_SANITIZER, set by the presets.
+set(CAIRN_SANITIZER "" CACHE STRING
+    "Sanitizer to build with: address, thread, realtime, fuzzer or none")
 
 # Halves the time of the sanitizers' builds. The other builds go without, so that an include that is
 # missing shows.
@@ -46,8 +47,12 @@ elseif(CAIRN_SANITIZER STREQUAL "thread")
 elseif(CAIRN_SANITIZER STREQUAL "realtime")
     target_compile_options(cairn_flags INTERFACE -fsanitize=realtime -fno-omit-frame-pointer)
     target_link_options(cairn_flags INTERFACE -fsanitize=realtime)
+elseif(CAIRN_SANITIZER STREQUAL "fuzzer")
+    target_compile_options(cairn_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+        -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(cairn_flags INTERFACE -fsanitize=address,undefined)
 elseif(CAIRN_SANITIZER)
-    message(FATAL_ERROR "CAIRN_SANITIZER is '${CAIRN_SANITIZER}', expected address, thread, realtime or nothing")
+    message(FATAL_ERROR "CAIRN_SANITIZER is '${CAIRN_SANITIZER}', expected address, thread, realtime, fuzzer or nothing")
 endif()
 
 # Standard headers that most sources reach.

@@ -40,6 +40,7 @@ LOOKUP = {
     "apps": ["src", "apps"],
     "tests": ["src", "tests", "apps"],
     "benchmarks": ["src", "benchmarks", "apps"],
+    "fuzz": ["src", "fuzz", "apps"],
 }
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')

@@ -57,20 +57,25 @@ TResult<std::vector<SAutomationEvent>> ReadAutomationFile(const std::string& pat
         return SFault{path + ": can't be read: " + std::strerror(errno)};
 
     std::vector<SAutomationEvent> events;
-    std::string line;
+    // A device without an end has no line end either.
+    char buffer[s_MaxLineLength + 2];
     bool hasHeader = false;
-    for (std::int64_t number = 1; std::getline(file, line); ++number) {
+    for (std::int64_t number = 1; file.getline(buffer, sizeof buffer) || file.gcount() > 0;
+         ++number) {
+        std::string line(buffer, static_cast<std::size_t>(file.gcount()));
         const auto refuse = [&](const std::string& why) {
             std::string text = path;
             text.append(", line ").append(std::to_string(number)).append(": ").append(why);
             return SFault{std::move(text)};
         };
+        if (!file && !file.eof())
+            return refuse("is too long: expected " + std::string(s_Header));
+        if (!file.eof())
+            line.pop_back(); // The count tells of the line end, which is '\0' here.
         if (number == 1 && line.starts_with(s_ByteOrderMark))
             line.erase(0, std::strlen(s_ByteOrderMark));
         if (line.ends_with('\r'))
             line.pop_back();
-        if (line.size() > s_MaxLineLength)
-            return refuse("is too long: expected " + std::string(s_Header));
         if (Trim(line).empty())
             continue;
         if (!hasHeader) {

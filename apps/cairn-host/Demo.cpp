@@ -1,6 +1,7 @@
 #include "cairn-host/Demo.h"
 
 #include "cairn-host/AudioWriter.h"
+#include "cairn-host/Interrupt.h"
 #include "cairn-host/Render.h"
 #include "cairn-host/Response.h"
 
@@ -139,6 +140,7 @@ TResult<std::string> RunDemo(const std::string& folder, const std::string& modul
     const std::string source = (fs::path(folder) / "demo.wav").string();
     const SDemoSignal signal = MakeDemoSignal(s_SampleRate);
     const int frames = static_cast<int>(signal.m_Left.size());
+    WatchForInterrupt();
     CAudioWriter writer;
     if (CStatus status = writer.Open(source, s_SampleRate, ESubtype::Pcm24, frames); !status)
         return status.GetFault();

@@ -14,21 +14,22 @@ void OnSignal(int signal) {
 
 } // namespace
 
+void IgnoreWriteSignals() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
 void WatchForInterrupt() {
     struct sigaction action = {};
     action.sa_handler = OnSignal;
-    // A second signal ends the program at once.
-    action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+    // Without a restart, so that opening a pipe that nobody reads doesn't go on waiting.
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction present = {};
         sigaction(signal, nullptr, &present);
         if (present.sa_handler != SIG_IGN) // Whoever started the program wants it to go on.
             sigaction(signal, &action, nullptr);
     }
-    // Writing to a reader that went away, or past the largest size of a file, is an error like any
-    // other.
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool IsInterrupted() {

@@ -4,7 +4,11 @@
 
 namespace CairnHost {
 
-// From here on an interrupt or a termination signal only leaves the wish.
+// Makes writing to a reader that went away, or past the largest size of a file, an error like any
+// other.
+void IgnoreWriteSignals();
+// From here on an interrupt or a termination signal only leaves the wish; a second one ends the
+// program at once.
 void WatchForInterrupt();
 bool IsInterrupted();
 // Ends the program by the signal that was held back, so that a shell sees the true cause.

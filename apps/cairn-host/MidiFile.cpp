@@ -102,7 +102,9 @@ int GetDataLength(std::uint8_t status) {
 
 void AddMessage(SSong& song, std::int64_t tick, std::string_view bytes) {
     SMidiEvent event = {0.0, static_cast<int>(bytes.size()), {}};
-    if (bytes.empty() || bytes.size() > event.m_Data.size())
+    // What begins without a status is the rest of a message that came in pieces.
+    if (bytes.empty() || bytes.size() > event.m_Data.size() ||
+        static_cast<std::uint8_t>(bytes.front()) < 0x80)
         return;
     std::copy(bytes.begin(), bytes.end(), event.m_Data.begin());
     song.m_Events.push_back({{tick, song.m_Events.size()}, event});
@@ -135,6 +137,8 @@ const char* ReadTrack(std::string_view bytes, SSong& song) {
             const std::string_view data = reader.Take(reader.Variable());
             if (status == s_Escape)
                 AddMessage(song, tick, data);
+            else if (status == s_SystemExclusive)
+                AddMessage(song, tick, static_cast<char>(status) + std::string(data));
             if (status == s_Meta && type == s_MetaEndOfTrack)
                 return reader.HasFailed() ? "an event is cut short" : nullptr;
             if (status == s_Meta && type == s_MetaTempo && !reader.HasFailed()) {

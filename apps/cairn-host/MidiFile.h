@@ -32,8 +32,7 @@ TResult<std::vector<SMidiEvent>> ReadMidi(std::string_view bytes);
 TResult<std::vector<SMidiEvent>> ReadMidiFile(const std::string& path);
 
 // The bytes of a file of format 0 with one tempo, in quarter notes a minute from 4 on, and one
-// meter. The
-// events are in order of time.
+// meter. The events are in order of time.
 std::string WriteMidiFile(const std::vector<SMidiEvent>& events, double tempo, SMeter meter);
 
 } // namespace CairnHost

@@ -3,6 +3,8 @@
 #include "cairn-host/Controls.h"
 #include "cairn-host/Text.h"
 
+#include "datamodel/objects/text/ValueCurveNames.h"
+
 #include <array>
 #include <optional>
 
@@ -44,6 +46,19 @@ CStatus CheckWhole(const CFields& fields, EKey key, int from, int to) {
                   std::to_string(to)};
 }
 
+// As the plug-in writes it.
+TResult<std::string> FindCurve(const std::string& name) {
+    using namespace Lathe::DataModel::Objects;
+    std::string names;
+    for (int i = 0; i < ValueCurveCount; ++i) {
+        const char* known = GetValueCurveName(Lathe::Math::EParamValueCurve(i));
+        if (EqualsIgnoringCase(name, known))
+            return std::string(known);
+        names += (i == 0 ? "" : i + 1 < ValueCurveCount ? ", " : " or ") + std::string(known);
+    }
+    return SFault{std::string(s_Keys[Curve]) + " \"" + name + "\": expected " + names};
+}
+
 TResult<std::string> MakeCommand(const std::string& text, const CParameterTable& table) {
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos)
@@ -69,6 +84,12 @@ TResult<std::string> MakeCommand(const std::string& text, const CParameterTable&
         if (!value)
             return SFault{std::string(s_Keys[key]) + " " + value.GetFault().m_Text};
         (*fields)[key] = FormatExactly(*value);
+    }
+    if ((*fields)[Curve]) {
+        const TResult<std::string> curve = FindCurve(*(*fields)[Curve]);
+        if (!curve)
+            return curve;
+        (*fields)[Curve] = *curve;
     }
     std::string command = std::to_string(GetControlNumber(table, *parameter));
     for (const auto& field : *fields)

@@ -46,6 +46,10 @@ std::string MakeAbsolute(const std::string& path) {
 } // namespace
 
 CStatus LoadPreset(CHostInstance& instance, const std::string& path) {
+    std::error_code ignored;
+    if (fs::exists(path, ignored) && !fs::is_directory(path, ignored) &&
+        !fs::is_regular_file(path, ignored))
+        return SFault{path + ": is a device or a pipe: expected a file"};
     // Only what can be read as a file reaches the plug-in, whose message can't tell as much.
     if (const TResult<std::string> bytes = ReadWholeFile(path); !bytes)
         return bytes.GetFault();

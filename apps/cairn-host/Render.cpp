@@ -291,6 +291,8 @@ std::vector<std::string> CRenderer::TakeNotes() {
     };
     note(m_Options.m_Automation, m_Events.size() - m_NextEvent, m_Events.size());
     note(m_Options.m_Midi, m_Plan.m_Midi.size() - m_NextMidi, m_Plan.m_Midi.size());
+    if (!m_Options.m_MidiOut.empty() && m_Sent.empty())
+        m_Notes.push_back(m_Options.m_MidiOut + ": holds no events, as the plug-in sent none");
     return std::move(m_Notes);
 }
 
@@ -313,6 +315,8 @@ TResult<SRenderReport> Render(const SRenderOptions& options, CProgress& progress
         return status.GetFault();
     const std::int64_t expected =
         reader.GetFrameCount() > 0 ? reader.GetFrameCount() + renderer.GetTailFrames() : 0;
+    // Until here there is nothing to clean up: an interrupt ends even the wait for a pipe at once.
+    WatchForInterrupt();
     CAudioWriter writer;
     if (CStatus status =
             writer.Open(options.m_Output, reader.GetSampleRate(), plan->m_Subtype, expected);

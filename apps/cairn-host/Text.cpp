@@ -95,6 +95,17 @@ std::string OneLine(std::string_view text) {
         if (static_cast<unsigned char>(letter) < 0x20 || letter == 0x7f)
             letter = '?';
     }
+    constexpr std::size_t s_Kept = 500; // Bytes of each end.
+    if (line.size() > 4 * s_Kept) {
+        const auto isInside = [&line](std::size_t at) { return (line[at] & 0xc0) == 0x80; };
+        std::size_t from = s_Kept;
+        std::size_t to = line.size() - s_Kept;
+        while (from > 0 && isInside(from)) // Letters of several bytes stay whole.
+            --from;
+        while (to < line.size() && isInside(to))
+            ++to;
+        line.replace(from, to - from, "[...]");
+    }
     return line;
 }
 

@@ -31,7 +31,8 @@ using CTextTable = std::vector<std::vector<std::string>>;
 // A line for each row, columns aligned and two blanks apart. The first row is the longest.
 std::string AlignColumns(const CTextTable& rows);
 
-// One line that is safe to print: control characters become '?'.
+// One line that is safe to print: control characters become '?', and of a very long one the middle
+// is left out.
 std::string OneLine(std::string_view text);
 
 // The fields of one line of comma-separated values. A field can stand in quotes, where "" is one

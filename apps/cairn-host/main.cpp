@@ -138,7 +138,7 @@ void AddPluginOptions(CLI::App& command, SRenderOptions& render) {
 } // namespace
 
 int main(int argc, char** argv) {
-    WatchForInterrupt();
+    IgnoreWriteSignals();
     CLI::App app("Runs the three-band dual-channel equaliser on audio files.", "cairn-host");
     app.set_version_flag("--version", "cairn-host " CAIRN_VERSION);
     app.require_subcommand(1);

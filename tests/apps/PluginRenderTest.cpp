@@ -2,10 +2,7 @@
 // shapes the audio, and the files beside the audio hold what they promise.
 #include "apps/TestFiles.h"
 #include "cairn-host/MidiFile.h"
-#include "cairn-host/Render.h"
 #include "cairn-host/StateFile.h"
-
-#include <cmath>
 
 namespace CairnHostTests {
 namespace {
@@ -14,24 +11,7 @@ using namespace CairnHost;
 
 constexpr int s_Rate = 8000;
 
-class PluginRender : public CFolderTest {
-protected:
-    // From in.wav to out.wav; the fault, or nothing.
-    std::string Try(SRenderOptions options) {
-        options.m_Input = In("in.wav");
-        options.m_Output = In("out.wav");
-        CProgress progress(nullptr);
-        const TResult<SRenderReport> report = Render(options, progress);
-        m_Notes = report ? report->m_Notes : std::vector<std::string>();
-        return report.GetFault().m_Text;
-    }
-    SAudio Run(const SRenderOptions& options) {
-        EXPECT_EQ(Try(options), "");
-        return ReadAudio("out.wav");
-    }
-
-    std::vector<std::string> m_Notes;
-};
+class PluginRender : public CRenderTest {};
 
 SRenderOptions WithSettings(const std::vector<std::string>& settings) {
     SRenderOptions options;
@@ -69,7 +49,7 @@ TEST_F(PluginRender, ControllerMovesTheGainAtItsFrame) {
 
 TEST_F(PluginRender, BypassPassesTheInput) {
     WriteAudio("in.wav", MakeNoise(2000));
-    EXPECT_EQ(Run(WithSettings({"Gain (1)=20", "Bypass=On"})), MakeNoise(2000));
+    EXPECT_EQ(RunWith({"Gain (1)=20", "Bypass=On"}), MakeNoise(2000));
     SRenderOptions options = WithSettings({"Gain (1)=20"});
     options.m_Automation = Write("a.csv", "frame,parameter,value\n1000,Bypass,On\n");
     options.m_BlockSizes = "500";
@@ -89,12 +69,13 @@ TEST_F(PluginRender, MapBoundsAutomationButNotSettings) {
               In("a.csv") + ": \"Gain (1)\" can't be +7: its controller map ends at +6 dB");
 }
 
-TEST_F(PluginRender, StateHoldsAllThatShapesTheAudio) {
+TEST_F(PluginRender, StateAndPresetHoldAllThatShapesTheAudio) {
     WriteAudio("in.wav", MakeNoise(5000));
     SRenderOptions store = WithSettings({"Stereo Mode=Mid-Side", "Frequency (1)=123.456",
                                          "Bandwidth (1)=0.7", "Mid (1)=7.77", "Low (2)=-12.3"});
     store.m_MidiMaps = {"Mid (1)=cc:7,max:11"};
     store.m_StateOut = In("a.state");
+    store.m_SavePreset = In("a.preset");
     const SAudio expected = Run(store);
     SRenderOptions load;
     load.m_StateIn = In("a.state");
@@ -104,24 +85,14 @@ TEST_F(PluginRender, StateHoldsAllThatShapesTheAudio) {
     EXPECT_EQ(ReadStateFile(In("a.state"))->size(), 3u);
     // What is stored is the state at the end, with what automation and controllers did.
     store.m_Automation = Write("a.csv", "frame,parameter,value\n0,High (2),9\n");
+    store.m_SavePreset.clear();
     Run(store);
-    EXPECT_NE(Run(load), expected);
-}
-
-TEST_F(PluginRender, PresetLiesBetweenStateAndSettings) {
-    WriteAudio("in.wav", MakeNoise(5000));
-    SRenderOptions store = WithSettings({"Mid (1)=7.77", "Low (2)=-12.3"});
-    store.m_SavePreset = In("a.preset");
-    const SAudio expected = Run(store);
-    SRenderOptions other = WithSettings({"Mid (1)=-20", "High (2)=4"});
-    other.m_StateOut = In("a.state");
-    EXPECT_NE(Run(other), expected);
-    SRenderOptions load;
-    load.m_StateIn = In("a.state");
+    const SAudio other = Run(load);
+    EXPECT_NE(other, expected);
+    // The preset comes behind the state, and the settings behind the preset.
     load.m_Preset = In("a.preset");
     EXPECT_EQ(Run(load), expected);
-    load.m_Settings = {"Mid (1)=-20", "High (2)=4", "Low (2)=0"};
-    EXPECT_EQ(Run(load), Run(other));
+    EXPECT_EQ(RunWith({"High (2)=9"}, load), other);
 }
 
 TEST_F(PluginRender, DelayIsTakenAwayAndTheTimeLineRuns) {
@@ -165,7 +136,6 @@ TEST_F(PluginRender, HostileStatesAreRefusedInOneLine) {
     const std::pair<std::string, const char*> cases[] = {
         {"", "is empty"},
         {good.substr(0, 55), "the chunk at byte 0 is cut short"},
-        {good.substr(0, good.size() - 1), "expected 56 to"},
         {good + "tail", "is cut short"},
         {withSize({55, 0, 0, 0}), "the chunk at byte 0 claims 55 bytes: expected 56 to"},
         {withSize({0, 0, 0, 0x80}), "claims -2147483648 bytes"},

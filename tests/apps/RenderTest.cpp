@@ -1,6 +1,5 @@
 // Rendering of files: what comes out depends on the audio, the settings and the automation, and on
 // nothing else.
-#include "cairn-host/Render.h"
 #include "apps/TestFiles.h"
 
 #include <cmath>
@@ -13,42 +12,26 @@ using namespace CairnHost;
 
 constexpr double s_TwoPi = 6.283185307179586;
 
-class RenderTest : public CFolderTest {
+class RenderTest : public CRenderTest {
 protected:
-    TResult<SRenderReport> Try(const SRenderOptions& options) {
-        CProgress progress(nullptr);
-        return Render(options, progress);
-    }
-    // From in.wav to out.wav.
-    SAudio Run(const std::vector<std::string>& settings, SRenderOptions options = {}) {
-        options.m_Input = In("in.wav");
-        options.m_Output = In("out.wav");
-        options.m_Settings = settings;
-        const TResult<SRenderReport> report = Try(options);
-        EXPECT_TRUE(report) << report.GetFault().m_Text;
-        m_Notes = report ? report->m_Notes : std::vector<std::string>();
-        return ReadAudio("out.wav");
-    }
     SAudio Automate(const std::string& events, const std::string& blockSizes) {
         SRenderOptions options;
         options.m_Automation = Write("events.csv", "frame,parameter,value\n" + events);
         options.m_BlockSizes = blockSizes;
-        return Run({}, options);
+        return Run(options);
     }
-
-    std::vector<std::string> m_Notes;
 };
 
 TEST_F(RenderTest, BlockSizeDoesNotMatterWithoutAutomation) {
     WriteAudio("in.wav", MakeNoise(5000));
     for (const char* mode : {"Stereo Mode=Stereo", "Stereo Mode=Mid-Side"}) {
         const std::vector<std::string> settings = {mode, "Mid (1)=9", "Low (2)=-12", "High (1)=4"};
-        const SAudio expected = Run(settings);
+        const SAudio expected = RunWith(settings);
         EXPECT_NE(expected, ReadAudio("in.wav"));
         for (const char* sizes : {"1", "7,64,1000", "5000", "1048576"}) {
             SRenderOptions options;
             options.m_BlockSizes = sizes;
-            EXPECT_EQ(Run(settings, options), expected) << mode << ", blocks of " << sizes;
+            EXPECT_EQ(RunWith(settings, options), expected) << mode << ", blocks of " << sizes;
         }
     }
 }
@@ -60,12 +43,10 @@ TEST_F(RenderTest, SineAtTheCentreTakesTheMidGain) {
         input.m_Left.push_back(0.1f * static_cast<float>(std::sin(s_TwoPi * 440.0 * i / 44000.0)));
     input.m_Right = input.m_Left;
     WriteAudio("in.wav", input);
-    const SAudio output = Run({"Frequency (1)=440", "Mid (1)=+6"});
+    const SAudio output = RunWith({"Frequency (1)=440", "Mid (1)=+6"});
     const auto level = [](const std::vector<float>& samples) {
-        double sum = 0.0; // The last second: whole periods, with the transient long gone.
-        for (std::size_t i = 44000; i < 88000; ++i)
-            sum += static_cast<double>(samples[i]) * samples[i];
-        return 10.0 * std::log10(sum / 44000.0);
+        // Of the last second, with the transient long gone.
+        return 20.0 * std::log10(*std::max_element(samples.begin() + 44000, samples.end()));
     };
     EXPECT_EQ(output.m_SampleRate, 44000);
     EXPECT_NEAR(level(output.m_Left) - level(input.m_Left), 6.0, 0.001);
@@ -75,8 +56,8 @@ TEST_F(RenderTest, SineAtTheCentreTakesTheMidGain) {
 TEST_F(RenderTest, MidSideModeKeepsTheMiddleFromTheSideSettings) {
     WriteAudio("in.wav", MakeLevel(2000, 0.25f));
     const std::vector<std::string> side = {"Stereo Mode=1", "Gain (2)=-40", "High (2)=20"};
-    EXPECT_EQ(Run(side), MakeLevel(2000, 0.25f));
-    EXPECT_NE(Run({side[1], side[2]}), MakeLevel(2000, 0.25f));
+    EXPECT_EQ(RunWith(side), MakeLevel(2000, 0.25f));
+    EXPECT_NE(RunWith({side[1], side[2]}), MakeLevel(2000, 0.25f));
 }
 
 // The gain of a level goes from 1 to 10 over the frames from `begin` to `end`, in equal ratios.
@@ -92,8 +73,9 @@ void CheckRamp(const SAudio& output, std::size_t begin, std::size_t end) {
     }
 }
 
-TEST_F(RenderTest, AutomationRampsOverTheBlockOfItsFrame) {
+TEST_F(RenderTest, AutomationRampsOverTheBlockOfItsFrameAndSettingsDont) {
     WriteAudio("in.wav", MakeLevel(3000, 0.05f));
+    CheckRamp(RunWith({"Gain (1)=-3", "Gain (1)=20"}), 0, 0);
     CheckRamp(Automate("1023,Gain (1),20\n", "512"), 512, 1024);
     CheckRamp(Automate("1024,Gain (1),20\n", "512"), 1024, 1536);
     CheckRamp(Automate("0,Gain (1),20\n", "1000"), 0, 1000);
@@ -107,21 +89,16 @@ TEST_F(RenderTest, AutomationRampsOverTheBlockOfItsFrame) {
     EXPECT_EQ(m_Notes.size(), 1u) << "an event behind the end passed unsaid";
 }
 
-TEST_F(RenderTest, SettingsHoldFromTheFirstFrame) {
-    WriteAudio("in.wav", MakeLevel(1000, 0.05f));
-    CheckRamp(Run({"Gain (1)=-3", "Gain (1)=20"}), 0, 0);
-}
-
 TEST_F(RenderTest, TailAddsItsSecondsOfSilence) {
     WriteAudio("in.wav", MakeLevel(1000, 0.5f));
     SRenderOptions options;
     options.m_TailSeconds = 0.1;
     options.m_BlockSizes = "64";
-    const SAudio output = Run({"Low (1)=12", "Low (2)=12"}, options);
+    const SAudio output = RunWith({"Low (1)=12", "Low (2)=12"}, options);
     ASSERT_EQ(output.m_Left.size(), 5800u);
     EXPECT_EQ(output.m_Left.back(), 0.0f);
     WriteAudio("in.wav", MakeLevel(0, 0.0f));
-    EXPECT_EQ(Run({}, options), MakeLevel(4800, 0.0f));
+    EXPECT_EQ(Run(options), MakeLevel(4800, 0.0f));
 }
 
 TEST_F(RenderTest, NoNumbersPassWithoutHarm) {
@@ -129,8 +106,8 @@ TEST_F(RenderTest, NoNumbersPassWithoutHarm) {
     input.m_Left[700] = std::numeric_limits<float>::quiet_NaN();
     input.m_Right[900] = std::numeric_limits<float>::infinity();
     WriteAudio("in.wav", input);
-    const SAudio clean = Run({"Mid (1)=6"});
-    EXPECT_EQ(clean.m_Left.size(), 2000u);
+    const SAudio clean = RunWith({"Mid (1)=6"});
+    ASSERT_EQ(clean.m_Left.size(), 2000u);
     EXPECT_TRUE(std::isfinite(clean.m_Left[699]));
     EXPECT_TRUE(std::isnan(clean.m_Left[700]));
 }
@@ -140,7 +117,7 @@ TEST_F(RenderTest, OutputCanBeTheInput) {
     SRenderOptions options;
     options.m_Input = options.m_Output = In("in.wav");
     options.m_Settings = {"Gain (1)=20"};
-    ASSERT_TRUE(Try(options));
+    ASSERT_EQ(Try(options), "");
     ASSERT_EQ(ReadAudio("in.wav").m_Left.size(), 20000u);
     CheckRamp(ReadAudio("in.wav"), 0, 0);
 }
@@ -150,8 +127,7 @@ TEST_F(RenderTest, DamagedInputLeavesTheOldOutput) {
     WriteAudio("in.flac", MakeNoise(50000));
     options.m_Input = Write("in.flac", ReadBytes("in.flac").substr(0, 100000));
     options.m_Output = Write("out.wav", "old");
-    const TResult<SRenderReport> report = Try(options);
-    EXPECT_NE(report.GetFault().m_Text.find("is damaged after frame"), std::string::npos);
+    EXPECT_NE(Try(options).find("is damaged after frame"), std::string::npos);
     EXPECT_EQ(ReadBytes("out.wav"), "old");
     EXPECT_EQ(List(), (std::vector<std::string>{"in.flac", "out.wav"}));
 }

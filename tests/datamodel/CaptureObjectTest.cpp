@@ -11,15 +11,7 @@
 #include "datamodel/objects/capture/CaptureSurface.h"
 #include "datamodel/objects/capture/CaptureText.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <memory>
-
-// Stands in for the pictures of the drawing library, which this library only names.
-namespace Lathe::Graphics {
-class I2DGraphics : CTracked {};
-} // namespace Lathe::Graphics
 
 namespace Lathe::DataModel::Objects {
 
@@ -129,18 +121,6 @@ TEST(Action, RunsItsCommandWhileEnabled) {
     EXPECT_EQ(runs.use_count(), 1) << "the command is gone";
     action.SetEnable(true);
     action.Execute();
-}
-
-TEST(ActionInfo, DestroysOwnedPictures) {
-    const Graphics::I2DGraphics borrowed;
-    {
-        CActionInfo info("n", "d", new Graphics::I2DGraphics, true);
-        info.SetGraphics(&borrowed, false);
-        info.SetGraphics(new Graphics::I2DGraphics, true);
-        info.SetGraphics(info.GetGraphics(), true);
-        EXPECT_EQ(CTracked::s_Alive, 2) << "the same picture stays";
-    }
-    EXPECT_EQ(CTracked::s_Alive, 1);
 }
 
 } // namespace

@@ -5,8 +5,6 @@
 #include "core/events/EventProvider.h"
 
 #include <list>
-#include <string>
-#include <utility>
 
 namespace Lathe::DataModel {
 

@@ -10,15 +10,10 @@
 #include "datamodel/objects/text/ParamTextEnumValueBuilderString.h"
 #include "datamodel/objects/text/TextParser.h"
 
-#include <gtest/gtest.h>
-
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
-#include <functional>
-#include <memory>
 #include <sstream>
-#include <string>
 
 namespace Lathe::DataModel::Objects {
 
@@ -83,7 +78,6 @@ TEST(ParamType, RoundsAndSnapsWithoutClamping) {
         EXPECT_EQ(constrain(type, {-9, 1, 1.001, 9, NAN}), "-1|-1|3|3|-1|");
     EXPECT_EQ(constrain(Float, {-9, 0.3, 9}), "-9|0.3|9|");
     EXPECT_TRUE(GetParamType("boolean") == Boolean && GetParamType("enumeration") == Integer);
-    EXPECT_TRUE(GetParamType("Boolean") == Float && GetParamType(nullptr) == Float);
 }
 
 TEST(TextParser, TakesTheLongestNumberOfTheType) {
@@ -95,7 +89,6 @@ TEST(TextParser, TakesTheLongestNumberOfTheType) {
         EXPECT_EQ(Read(type, texts), "12|-3|nan|1|0|nan|nan|nan|");
     EXPECT_EQ(Read(Integer, words), "nan|nan|nan|nan|nan|nan|");
     EXPECT_EQ(Read(Boolean, words), "1|1|0|0|nan|nan|");
-    EXPECT_EQ(Read(Reserved, words), "1|1|0|0|nan|nan|");
     EXPECT_EQ(Read(Integer, {std::string(5000, '9').c_str()}), "9.22337e+18|");
 }
 
@@ -104,9 +97,7 @@ TEST(ParamValueToText, ExpandsItsPattern) {
         const char *m_Pattern, *m_Text;
     } const cases[] = {
         {"{{{value}}}", "{1.0}}|"},
-        {"{value} {nothing}{}", "1.0 {nothing}{}|"},
         {"a}b{value}{value", "a}b1.0{value|"},
-        {"{a{value}{{value}", "{a{value}{value}|"},
         {"{a{{b{{", "{a{b{|"},
         {"{unit}%n", "{unit}%n|"},
         {nullptr, "|"},
@@ -129,8 +120,6 @@ TEST(ParamValueToText, ScalesRoundsAndCutsItsNumber) {
     zeros.SetDropTrailingZeros(true);
     zeros.SetSpaceBeforePrefix(true);
     EXPECT_EQ(ToText(zeros, {10.5, 100, 1500, 0}), "10.5 |100 |1.5 k|0 |");
-    zeros.SetFormat("%.0f");
-    EXPECT_EQ(ToText(zeros, {100}), "100 |");
 }
 
 TEST(NumberPrinter, TrustsNoFormat) {
@@ -139,17 +128,6 @@ TEST(NumberPrinter, TrustsNoFormat) {
         EXPECT_EQ(PrintNumber(format, 1.5), "1.50") << format;
     EXPECT_EQ(PrintNumber("a%%b%-+6.1fc", 1.5), "a%b+1.5  c");
     EXPECT_EQ(PrintNumber("%999.999f", 1e308).size(), 309u + 1 + 999);
-}
-
-TEST(ParamValueToText, FiresOncePerRealChange) {
-    CParamValueToText conversion("%.1f", false, "{value}");
-    CJournal journal(conversion.GetChangedEvent());
-    conversion.SetFormat("%.1f");
-    conversion.SetSpaceBeforePrefix(false);
-    EXPECT_EQ(journal.Take(), "");
-    conversion.SetFormat("%.2f");
-    conversion.SetSpaceBeforePrefix(true);
-    EXPECT_EQ(journal.Take(), "cc");
 }
 
 TEST(ParamDataToText, NamesWhatTheDescriptionSays) {
@@ -171,9 +149,6 @@ TEST(EnumToText, NamesWholeNumbers) {
     for (const double value : Numbers{-2, 2, 1e300, -HUGE_VAL, NAN})
         EXPECT_EQ(ToText(CEnumToText("a;", 0), {value}), "Out Of Bounds|") << value;
     EXPECT_EQ(ToText(CEnumToText(nullptr, 0), {0}), "Out Of Bounds|");
-    CEnumToText reused("a;b", 0);
-    reused.Set("", 0);
-    EXPECT_EQ(ToText(reused, {0}), "Out Of Bounds|");
     EXPECT_EQ(Read(CEnumToText("off;on;off;", 1), {"off", "on", "", "7", "On", nullptr}),
               "1|2|4|7|nan|nan|");
 }
@@ -184,7 +159,6 @@ TEST(ParamTextEnumValueBuilderString, ReplacesTheNamesOfItsParameter) {
     CJournal journal(builder);
     journal.Listen(info.GetChangedEvent(), 'c');
     builder.SetValue("two;three");
-    builder.SetValue("two;three");
     EXPECT_EQ(journal.Take(), "cv");
     EXPECT_EQ(ToText(info.GetValueToText(), {3}), "three|");
     info.SetMin(-1.0); // -1 + 0.5 truncates to 0.
@@ -194,25 +168,13 @@ TEST(ParamTextEnumValueBuilderString, ReplacesTheNamesOfItsParameter) {
     EXPECT_EQ(ToText(info.GetValueToText(), {1}), "1|") << "the builder's one is not deleted";
 }
 
-TEST(PositionMappers, AreInverseInBothDirections) {
-    const CLinearPositionMapper linear(Float, -40, 40), falling(Float, 5, -3);
-    const CLogPositionMapper log(Float, 20, 22000);
-    for (const IParamPositionMapper* mapper :
-         std::initializer_list<const IParamPositionMapper*>{&linear, &falling, &log}) {
-        const std::unique_ptr<IParamPositionMapper> clone(mapper->Clone());
-        for (double position = -0.5; position <= 1.5; position += 0.03125) {
-            const double value = mapper->PositionToValue(position);
-            EXPECT_NEAR(clone->ValueToPosition(value), position, 1e-13) << "a few roundings";
-        }
-    }
-}
-
 TEST(PositionMappers, BringValuesOntoTheirTypeWithoutClamping) {
     CheckMapper(CLinearPositionMapper(Float, -40, 40), {{60, 1.25}}, {{0, -40}, {1, 40}});
+    CheckMapper(CLinearPositionMapper(Float, 5, -3), {{3, 0.25}}, {{0.25, 3}, {-0.5, 9}});
     CheckMapper(CLinearPositionMapper(Integer, 0, 4), {{2.4, 0.5}}, {{0.4, 2}, {2, 8}});
     CheckMapper(CLinearPositionMapper(Boolean, 0, 1), {{0.6, 1}}, {{0.5, 0}, {0.51, 1}});
     CheckMapper(CLinearPositionMapper(Float, 3.3, 3.3), {{-1, 0}, {7, 0}}, {{0, 3.3}, {0.3, 3.3}});
-    CheckMapper(CLogPositionMapper(Float, 20, 22000), {},
+    CheckMapper(CLogPositionMapper(Float, 20, 22000), {{20, 0}, {20 * std::sqrt(1100), 0.5}},
                 {{0, 20}, {0.5, std::sqrt(20.0 * 22000.0)}, {1, 22000}});
     CheckMapper(CLogPositionMapper(Integer, 1, 16), {{2.3, 0.25}}, {{0.3, 2}});
     CheckMapper(CLogPositionMapper(Float, 3.3, 3.3), {{-1, 0}, {7, 0}}, {{0, 3.3}, {0.3, 3.3}});

@@ -5,15 +5,9 @@
 #include "core/Fixtures.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <numbers>
-#include <random>
-#include <string>
-#include <vector>
 
 namespace Lathe::Audio::DSP::Testing {
 

@@ -11,11 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <optional>
 #include <string>
-#include <utility>
 
 namespace Lathe::Audio::DSP {
 
@@ -47,7 +44,9 @@ public:
 
     // The calls since the last question, such as "streams(4) block(4) ".
     std::string TakeCalls() {
-        return {m_Calls.data(), std::exchange(m_CallsLength, std::size_t{0})};
+        const std::string calls = m_Calls;
+        m_Calls.clear();
+        return calls;
     }
     void SetTail(int samples) { m_TailLength = m_Latency = samples; }
 
@@ -86,15 +85,15 @@ protected:
 
 private:
     void Note(const char* call, int number) {
-        const std::size_t room = m_Calls.size() - m_CallsLength;
-        m_CallsLength += static_cast<std::size_t>(
-            std::snprintf(m_Calls.data() + m_CallsLength, room, "%s(%d) ", call, number));
-        ASSERT_LT(m_CallsLength, m_Calls.size());
+        m_Calls.append(call).append("(").append(std::to_string(number)).append(") ");
     }
 
-    // Of a fixed size: calls are noted on the audio path, where nothing allocates.
-    std::array<char, 1000> m_Calls{};
-    std::size_t m_CallsLength = 0;
+    // With room enough: calls are noted on the audio path, where nothing allocates.
+    std::string m_Calls = [] {
+        std::string calls;
+        calls.reserve(1000);
+        return calls;
+    }();
     CProcessInfo m_ProcessInfo{1, 1};
 };
 

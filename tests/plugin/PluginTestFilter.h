@@ -67,7 +67,7 @@ struct STestFilterSetup {
 
 // The parameter is the level of what comes out, and the first output parameter repeats it; the
 // second is the highest sample since the outputs were last reset.
-class CPluginTestFilter : public DSP::CBaseCoreDSPFilter, private Serialization::ISerializable {
+class CPluginTestFilter : public DSP::CBaseCoreDSPFilter, public Serialization::ISerializable {
 public:
     static constexpr int s_MaxLatency = 4096;
 

@@ -4,6 +4,7 @@
 
 #include "datamodel/objects/capture/MTCaptureParam.h"
 #include "dsp/streams/AudioStream.h"
+#include "math/Constant.h"
 #include "platform/TemporaryHome.h"
 #include "plugin/PluginTestFilter.h"
 #include "plugin/internals/AudioPluginConfig.h"
@@ -12,6 +13,8 @@
 #include "plugin/settings/AudioPluginFilePathsBase.h"
 #include "plugin/settings/AudioPluginStaticSettings.h"
 #include "serialization/Streams.h"
+
+#include <sstream>
 
 namespace Lathe::Audio::Plugin {
 
@@ -27,6 +30,24 @@ public:
         : CAudioPluginFilePathsBase(home + "/data", home + "/settings", home + "/user") {}
 };
 using CTestSettings = TAudioPluginConfig<CTestPaths>;
+
+// The first curve, surface and property of each side, which all hold one number.
+inline void SetObjects(const IPluginGUIConnections& to, double curve, double surface,
+                       double property) {
+    to.GetInputCurves()->GetElement(0).SetValue(Math::CConstantFunction(curve));
+    to.GetInputSurfaces()->GetElement(0).SetValue(Math::CConstantBinaryFunction(surface));
+    to.GetInputCustomProperties()->GetElement(0).SetValue(CTestProperty(property));
+}
+inline std::string ShowObjects(const auto& curves, const auto& surfaces, const auto& properties) {
+    const std::unique_ptr<Math::IFunction> curve(curves.GetElement(0).GetValue());
+    const std::unique_ptr<Math::IBinaryFunction> surface(surfaces.GetElement(0).GetValue());
+    const std::unique_ptr<DataModel::Objects::IDynamicPropertyValue> property(
+        properties.GetElement(0).GetValue());
+    std::ostringstream text;
+    text << curve->Evaluate(0.0) << ' ' << surface->Evaluate(0.0, 0.0) << ' '
+         << dynamic_cast<const CTestProperty&>(*property).m_Number;
+    return text.str();
+}
 
 // Counts how often it runs, on any thread.
 class CCountCommand : public Core::ICommand {

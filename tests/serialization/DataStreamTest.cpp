@@ -8,7 +8,6 @@
 
 #include <climits>
 #include <cmath>
-#include <iterator>
 
 namespace Lathe::Serialization::Tests {
 

@@ -5,7 +5,6 @@
 #include "core/Fixtures.h"
 #include "serialization/XmlText.h"
 
-#include <filesystem>
 #include <sstream>
 
 namespace Lathe::Serialization::Tests {
@@ -86,20 +85,6 @@ TEST(XmlDataObject, ReadsDocumentsWrittenByHand) {
     char* data = nullptr;
     int size = 7;
     EXPECT_FALSE(elements.ReadData("d", &data, &size) || data || size != 7);
-}
-
-TEST(XmlDataObject, SavesAndLoadsFiles) {
-    const std::string path = testing::TempDir() + std::to_string(std::random_device{}());
-    CXmlDataObject saved("Preset"), loaded("Root");
-    WriteOneOfEach(saved);
-    EXPECT_TRUE(saved.Save(path.c_str()) && loaded.Load(path.c_str()));
-    EXPECT_EQ(GetText(loaded), GetText(saved));
-    std::filesystem::remove(path);
-    for (const char* bad : {path.c_str(), "/", "", "/dev/null", "/dev/zero"}) {
-        EXPECT_FALSE(loaded.Load(bad));
-        CheckUsableAndEmpty(loaded);
-    }
-    EXPECT_FALSE(saved.Save("/missing folder/x.preset"));
 }
 
 TEST(XmlDataObject, RefusesTextsThatAreNoDocuments) {

@@ -37,6 +37,7 @@ bool CLockScope::IsWithin(const CLockScope& other) const {
 
 // The linker leads every call of pthread_mutex_lock here, and __real_ to the system's or the
 // sanitizer's.
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker gives the names.
 extern "C" {
 int __real_pthread_mutex_lock(pthread_mutex_t* mutex);
 int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex);
@@ -45,3 +46,4 @@ int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex) {
     return __real_pthread_mutex_lock(mutex);
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)

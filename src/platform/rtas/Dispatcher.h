@@ -9,8 +9,7 @@
  * with its size in bytes, set by the caller, and is the caller's; texts that come out are UTF-8,
  * end with a zero and fit the room that the caller tells, or are cut. Controls count from 1, and
  * their values span all of int32_t, from the bottom of their range to its top. */
-#ifndef PLATFORM_RTAS_DISPATCHER_H
-#define PLATFORM_RTAS_DISPATCHER_H
+#pragma once
 
 #include <stdint.h>
 
@@ -204,6 +203,4 @@ int32_t CDSPDoHostCommand(int32_t command, void* argument);
 
 #if defined(__cplusplus)
 }
-#endif
-
 #endif

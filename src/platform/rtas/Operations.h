@@ -5,6 +5,8 @@
 #include "core/Realtime.h"
 #include "platform/rtas/Dispatcher.h"
 
+#include <cstdint>
+
 class CEffectGroup;
 
 namespace RTASLibrary {

@@ -3,8 +3,10 @@
 #include "datamodel/objects/text/ValueCurveNames.h"
 #include "serialization/StreamValue.h"
 
+#include <cmath>
 #include <cstring>
 #include <iterator>
+#include <type_traits>
 
 namespace Lathe::Audio::Plugin {
 
@@ -141,8 +143,9 @@ bool CMIDICCSetting::SFields::Differs(const SFields& other) const {
 
 template <class T>
 void CMIDICCSetting::Replace(Core::TValueStorage<T>& field, T value) {
-    const T old = field.Get();
-    const bool endsNaN = old != old && value == value;
+    bool endsNaN = false;
+    if constexpr (std::is_floating_point_v<T>)
+        endsNaN = std::isnan(field.Get()) && !std::isnan(value);
     if (!endsNaN && field.IsEqual(value))
         return;
     field.Set(value);

@@ -4,7 +4,7 @@
 #include "dsp/algorithm/BiquadFrequencyResponse.h"
 #include "core/runtime/ObjectsFactory.h"
 #include "dsp/FilterTestSupport.h"
-#include "serialization/MemDataObject.h"
+#include "serialization/Streams.h"
 
 #include <complex>
 
@@ -66,27 +66,21 @@ TEST(BiquadFrequencyResponse, HoldsAtTheEdgesOfTheBand) {
     EXPECT_EQ(MakeResponse<CBiquadPhaseShift>({0.0, 0.0, 0.0, 0.0, 0.0, 1.0}).Evaluate(0.3), 0.0);
 }
 
-struct SObject : Serialization::CMemDataObject {
-    explicit SObject(bool isIncremental) : m_IsIncremental(isIncremental) {}
-    bool IsIncremental() const override { return m_IsIncremental; }
-    bool m_IsIncremental;
-};
-
 TEST(BiquadFrequencyResponse, TakesDefaultsForMissingKeysUnlessTheStreamIsIncremental) {
     const CValues stored = {0.1, -1.0 / 3.0, 1e-300, 1.9999999999999998, -0.25, 1.0 / 44100.0};
-    for (std::size_t missing = 0; missing <= 6; ++missing) { // 6: none.
-        for (bool incremental : {false, true}) {
-            SObject object(incremental);
-            EXPECT_TRUE(MakeResponse<CBiquadGain>(stored).Serialize(object));
-            if (missing < 6)
-                object.RemoveValue(s_Fields[missing].first);
-            auto response = MakeResponse<CBiquadPhaseShift>(CValues(6, 7.0));
-            EXPECT_EQ(response.DeSerialize(object), incremental || missing == 6);
-            for (std::size_t i = 0; i < 6; ++i) {
-                const double absent = incremental ? 7.0 : i == 0 ? 1.0 : 0.0;
-                EXPECT_EQ(response.*s_Fields[i].second, i == missing ? absent : stored[i]);
-            }
+    const auto check = [&](auto object, std::size_t missing) {
+        EXPECT_TRUE(MakeResponse<CBiquadGain>(stored).Serialize(object));
+        object.RemoveValue(missing < 6 ? s_Fields[missing].first : nullptr);
+        auto response = MakeResponse<CBiquadPhaseShift>(CValues(6, 7.0));
+        EXPECT_EQ(response.DeSerialize(object), object.IsIncremental() || missing == 6);
+        for (std::size_t i = 0; i < 6; ++i) {
+            const double absent = object.IsIncremental() ? 7.0 : i == 0 ? 1.0 : 0.0;
+            EXPECT_EQ(response.*s_Fields[i].second, i == missing ? absent : stored[i]);
         }
+    };
+    for (std::size_t missing = 0; missing <= 6; ++missing) { // 6: none.
+        check(Serialization::CMemDataObject(), missing);
+        check(Serialization::Tests::CChanges(), missing);
     }
 }
 

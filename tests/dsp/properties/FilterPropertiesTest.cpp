@@ -5,8 +5,6 @@
 #include "dsp/properties/FilterPropertiesAdapter.h"
 #include "support/AllocationCounter.h"
 
-#include <gtest/gtest.h>
-
 namespace Lathe::Audio::DSP {
 
 static bool IsDirty(const IConstFilterProperties& values, int kind, int index) {

@@ -9,17 +9,10 @@ namespace Lathe::Audio::DSP {
 using Testing::CBuffers;
 
 TEST(Streams, TellTheirSamplesAndFreeThemOnce) {
-    float memory[1000] = {};
-    for (const int stride : {0, 1, 2}) {
-        CAudioStream stream(memory, 10, 9, stride, false);
-        EXPECT_EQ(stream.GetSize(), stride == 2 ? 4 : 9);
-        EXPECT_EQ(stream.GetData(), memory + 10);
-        stream.Aim(memory + 3, 7);
-        EXPECT_EQ(stream.GetData(), memory + 3);
-        EXPECT_EQ(stream.GetSize() * stream.GetStride(), 7);
-    }
+    float memory[20] = {};
+    for (const int stride : {0, 1, 2})
+        EXPECT_EQ(CAudioStream(memory, 10, 9, stride, false).GetSize(), stride == 2 ? 4 : 9);
     EXPECT_EQ(CAudioStream(nullptr, 5, 0, 1, false).GetData(), nullptr);
-    EXPECT_EQ(CAudioStreams(nullptr, 5, true).GetCount(), 0);
     EXPECT_EQ(CAudioStreamToStreams(nullptr, true).GetCount(), 0);
     // The leak check of a sanitized build sees what is freed twice or never.
     CAudioStream owner(new float[4]{1.0f}, 0, 4, 1, true);

@@ -1,7 +1,6 @@
 // The state of an instance as presets, sessions and undo hold it: what comes back, what old and
 // damaged documents give, and how the presets move.
 #include "datamodel/Journal.h"
-#include "math/Constant.h"
 #include "plugin/TestHost.h"
 #include "plugin/presets/InputValuesSerializers.h"
 #include "serialization/history/HistoryManager.h"
@@ -34,20 +33,16 @@ class State : public testing::Test, protected SRig {
 protected:
     State() : SRig({.m_HasState = true}) { m_Host.Prepare(); }
 
-    auto& GetCurve() { return Get().GetInputCurves()->GetElement(0); }
-    auto& GetSurface() { return Get().GetInputSurfaces()->GetElement(0); }
     auto& GetProperty() { return Get().GetInputCustomProperties()->GetElement(0); }
     std::string GetName() { return TakeText(m_Host->GetCurrentPresetName()); }
     // The numbers, the text, the curve, the surface, the property and the filter's own state.
     std::string Show() {
-        const std::unique_ptr<Math::IFunction> curve(GetCurve().GetValue());
-        const std::unique_ptr<Math::IBinaryFunction> surface(GetSurface().GetValue());
-        const std::unique_ptr<IDynamicPropertyValue> property(GetProperty().GetValue());
         std::ostringstream text;
         text << m_Host.GetParam(0) << ' ' << m_Host.GetParam(1) << ' '
-             << TakeText(GetText().GetValue()) << ' ' << curve->Evaluate(0.0) << ' '
-             << surface->Evaluate(0.0, 0.0) << ' '
-             << dynamic_cast<CTestProperty&>(*property).m_Number << ' ' << m_Filter->m_State;
+             << TakeText(GetText().GetValue()) << ' '
+             << ShowObjects(*Get().GetInputCurves(), *Get().GetInputSurfaces(),
+                            *Get().GetInputCustomProperties())
+             << ' ' << m_Filter->m_State;
         return text.str();
     }
     // Everything off its default.
@@ -55,9 +50,7 @@ protected:
         m_Host.SetParam(0, 1.0);
         m_Host.SetParam(1, 1.75);
         GetText().SetValue("mo<\xc3\xa4> & \"v");
-        GetCurve().SetValue(Math::CConstantFunction(7.0));
-        GetSurface().SetValue(Math::CConstantBinaryFunction(8.0));
-        GetProperty().SetValue(CTestProperty(6.0));
+        SetObjects(Get(), 7.0, 8.0, 6.0);
         m_Filter->m_State = 9;
         Get().GetMIDIInputDefault()->SetValue(false);
         Get().GetMIDIOutputDefault()->SetValue(false);
@@ -65,7 +58,6 @@ protected:
         m_Host->GetMIDIController().GetOutputSettings()[1].SetNumber(78);
         return m_Host.GetState();
     }
-    std::string PathOf(const char* preset) const { return m_Home.In("user/Presets/") + preset; }
 };
 
 constexpr const char* Moved = "1 1.75 mo<\xc3\xa4> & \"v 7 8 6 9";
@@ -172,14 +164,9 @@ TEST_F(State, ObjectsOfUnknownClassOrNoneGetTheDefault) {
 // Each is refused or falls to defaults, and audio goes on.
 TEST_F(State, SurvivesHostileDocuments) {
     const std::string good = Move();
-    std::string nested;
-    for (int depth = 0; depth < 1000000; ++depth)
-        nested += "<a>";
-    std::vector<std::string> documents{nested, "<Preset progName=\"" +
-                                                   std::string(100'000'000, 'x') + "\"/>"};
-    for (std::size_t length = 0; length < good.size(); length += 37)
-        documents.push_back(good.substr(0, length));
+    std::vector<std::string> documents;
     for (std::size_t place = 0; place < good.size(); place += 11) {
+        documents.push_back(good.substr(0, place));
         documents.push_back(good);
         documents.back()[place] ^= 1;
     }
@@ -221,25 +208,6 @@ TEST_F(State, UndoGoesBackStepByStepAndTouchesNothingElse) {
     EXPECT_FALSE(history.CanRedo());
 }
 
-TEST_F(State, PresetsAreSavedAndLoadedUnderTheirNames) {
-    Move();
-    DataModel::CJournal journal(m_Host->GetPresetChangedEvent());
-    ASSERT_TRUE(m_Host->SavePreset(PathOf("My Voice.preset").c_str()));
-    EXPECT_EQ(journal.Take() + GetName(), "cMy Voice");
-    ASSERT_EQ(m_Host->GetUserPresets().GetCount(), 1);
-    ASSERT_TRUE(m_Host.SetState("<Preset/>"));
-    ASSERT_TRUE(m_Host->LoadPreset(PathOf("My Voice.preset").c_str()));
-    EXPECT_EQ(GetName(), "My Voice"); // The file holds its own name.
-
-    // What can't be written or read changes nothing else.
-    m_Home.Write("user/Presets/broken.preset", "<Preset version=\"4\"");
-    for (const char* path : {"nowhere/x.preset", static_cast<const char*>(nullptr)})
-        EXPECT_FALSE(m_Host->SavePreset(path));
-    for (const char* name : {"missing.preset", "broken.preset"})
-        EXPECT_FALSE(m_Host->LoadPreset(PathOf(name).c_str()));
-    EXPECT_EQ(Show(), Moved);
-}
-
 TEST_F(State, NextAndPreviousGoRound) {
     m_Host->NextPreset();
     EXPECT_EQ(GetName(), "Default Settings"); // There is none.
@@ -247,14 +215,19 @@ TEST_F(State, NextAndPreviousGoRound) {
         m_Home.Write(std::string("user/Presets/") + file + ".preset",
                      std::string("<Preset version=\"4\" progName=\"") + file + "\"/>");
     m_Host->Refresh();
+    DataModel::CJournal journal(m_Host->GetPresetChangedEvent());
     // From no preset at all, the first one back is the last.
     std::string names;
     for (int i = 0; i < 3; ++i) {
         m_Host->PreviousPreset();
         names += GetName() + ' ';
     }
-    m_Host->NextPreset();
-    EXPECT_EQ(names + GetName(), "a sub/b a sub/b");
+    for (int i = 0; i < 2; ++i) {
+        m_Host->NextPreset();
+        names += GetName() + ' ';
+    }
+    EXPECT_EQ(names, "a sub/b a sub/b a ");
+    EXPECT_NE(journal.Take(), "");
 }
 
 TEST_F(State, TheUsersDefaultIsWhatAnInstanceStartsFrom) {

@@ -120,9 +120,6 @@ TEST_F(Presets, CountTheFactorysBeforeTheUsers) {
          {"data/Presets/f.preset", "user/Presets/in/s.preset", "user/Presets/s.preset"})
         Add(file);
     CPresetLists three = MakeLists();
-    const int wrapped[][2] = {{-2, 2}, {-1, 2}, {0, 0}, {2, 2}, {3, 0}, {99, 0}};
-    for (const auto& [index, result] : wrapped)
-        EXPECT_EQ(three.WrapIndex(index), result) << index;
     EXPECT_TRUE(!three.FindByIndex(-1) && !three.FindByIndex(3));
     for (int i = 0; i < 3; ++i) {
         if (i == 2)

@@ -99,14 +99,6 @@ TEST_F(AudioPluginSettings, ComeBackFromTheirFile) {
               std::string::npos);
     for (std::size_t size = 0; size < all.size(); size += 97) // Whatever is left of the file.
         EXPECT_EQ(GetAll(*Load(all.substr(0, size))), GetAll(*Make(m_Paths)));
-    m_Home.Write("file", "in the way");
-    for (const std::string& folder : {m_Home.In("file/x"), std::string()}) {
-        const CAudioPluginFilePathsBase paths(m_Home.In("data"), folder, "");
-        const Settings settings = Make(paths);
-        settings->Save();
-        settings->Load();
-        EXPECT_EQ(GetAll(*settings), GetAll(*Make(m_Paths)));
-    }
 }
 
 TEST_F(AudioPluginSettings, TakeWhatTheFileHoldsOfUse) {

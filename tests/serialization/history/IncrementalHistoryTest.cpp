@@ -187,13 +187,4 @@ TEST(IncrementalHistory, CostsLittleForSmallSteps) {
     EXPECT_EQ(scope.GetHeldBytes(), held);
 }
 
-TEST(IncrementalMemDataObject, HasOneValueForANameAndDiffersOnlyFromItsNeighbour) {
-    CIncrementalMemDataObject object, stranger;
-    CIntObject nested;
-    EXPECT_TRUE(object.WriteObject("v", CIntObject(2)) && object.ReadObject("v", nested));
-    EXPECT_TRUE(WriteValue(object, "v", 3) && ReadInt(object, "v") == 3 && nested.m_Value == 2);
-    EXPECT_FALSE(object.ReadObject("v", nested) || object.WriteObject(nullptr, nested));
-    EXPECT_FALSE(stranger.SetDifference(CIncrementalMemDataObject(), object));
-}
-
 } // namespace Lathe::Serialization::Tests
