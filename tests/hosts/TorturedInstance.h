@@ -27,7 +27,7 @@ public:
         : m_Module(module), m_FirstRate(rate) {
         auto call = Make<RTASNewProcess>();
         call.sampleRate = rate;
-        call.maxBlockSize = maxBlock;
+        call.maxBlockSize = (maxBlock + 1) / 2; // Hosts send larger blocks than they announce.
         call.inputs = call.outputs = 2;
         EXPECT_EQ(Call(RTAS_NEW_PROCESS, call), RTAS_OK);
         m_Process = call.process;

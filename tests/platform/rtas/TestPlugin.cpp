@@ -20,10 +20,6 @@ public:
     }
 };
 
-void Note(void* heard, const std::string& what) {
-    static_cast<std::vector<std::string>*>(heard)->push_back(what);
-}
-
 } // namespace
 
 std::unique_ptr<CProcessGroup> CProcessGroup::CreateProcessGroup() {
@@ -54,12 +50,15 @@ RTASProcess* CModuleTest::New(bool isAudioSuite) {
     m_New.sampleRate = 48000;
     m_New.maxBlockSize = 1; // All blocks are larger.
     m_New.inputs = m_New.outputs = 2;
-    m_New.calls.context = &m_HostHeard;
-    m_New.calls.controlTouched = [](void* heard, int32_t) { Note(heard, "touch"); };
-    m_New.calls.controlReleased = [](void* heard, int32_t) { Note(heard, "release"); };
-    m_New.calls.controlChanged = [](void* heard, int32_t control, int32_t value) {
-        Note(heard, std::to_string(control) + "=" + std::to_string(value));
+    static constexpr auto s_Note = [](void* heard, const std::string& what) {
+        static_cast<std::vector<std::string>*>(heard)->push_back(what);
     };
+    m_New.calls = {&m_HostHeard,
+                   [](void* heard, int32_t control, int32_t value) {
+                       s_Note(heard, std::to_string(control) + "=" + std::to_string(value));
+                   },
+                   [](void* heard, int32_t) { s_Note(heard, "touch"); },
+                   [](void* heard, int32_t) { s_Note(heard, "release"); }};
     EXPECT_EQ(Dispatch(RTAS_NEW_PROCESS, m_New), RTAS_OK);
     return m_New.process;
 }
