@@ -2,6 +2,7 @@
 // it is given.
 #pragma once
 
+#include "core/RealtimePermission.h"
 #include "core/events/Command.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +34,11 @@ struct CTracked {
 
 struct CActionCommand : Lathe::Core::ICommand {
     explicit CActionCommand(std::function<void()> action) : m_Action(std::move(action)) {}
-    void Execute() override { std::function<void()>{m_Action}(); } // It may destroy this command.
+    // The action may destroy this command, and do what the audio thread must not.
+    void Execute() override {
+        const Lathe::Core::CRealtimePermission permission;
+        std::function<void()>{m_Action}();
+    }
 
     std::function<void()> m_Action;
 };

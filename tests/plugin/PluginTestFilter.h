@@ -104,7 +104,12 @@ public:
         const CUse use(*this);
         m_InitInfo = info;
         m_Clock.SetSampleRate(sampleRate);
-        CBaseCoreDSPFilter::Init(sampleRate, info);
+        // Its own defaults: those that the base would make, a later block would free.
+        DSP::CFilterInitInfo ownDefaults = info;
+        ownDefaults.m_ResetToDefaults = false;
+        CBaseCoreDSPFilter::Init(sampleRate, ownDefaults);
+        if (info.m_ResetToDefaults)
+            SetInputValues(m_Defaults);
     }
     void Process(const DSP::CFilterProcessData& data) override {
         const CUse use(*this);

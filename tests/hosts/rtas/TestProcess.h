@@ -2,6 +2,7 @@
 // hears and has up to three channels of buffers.
 #pragma once
 
+#include "core/RealtimePermission.h"
 #include "hosts/rtas/RTASEffectProcess.h"
 #include "platform/rtas/FourCharCode.h"
 #include "plugin/PluginTestFilter.h"
@@ -21,6 +22,7 @@ inline constexpr long s_Top = std::numeric_limits<std::int32_t>::max();
 // All since it was last emptied: "2=100 " for a value, "touch2 " and "release2 ".
 struct SHostLog {
     static void Note(void* log, const std::string& text) {
+        const Lathe::Core::CRealtimePermission permission; // A real host makes no notes.
         static_cast<SHostLog*>(log)->m_Text += text + " ";
     }
     RTASHostCalls MakeCalls() {

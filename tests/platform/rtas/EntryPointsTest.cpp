@@ -1,6 +1,7 @@
 // The four entry points: what a module tells of itself, what they refuse, and what becomes of
 // exceptions.
 
+#include "core/RealtimePermission.h"
 #include "platform/rtas/DAEError.h"
 #include "platform/rtas/TestPlugin.h"
 
@@ -68,7 +69,10 @@ TEST_F(CEntryPointsTest, ExceptionsBecomeCodes) {
     };
     bool isPlaying = false;
     for (const auto& [fault, code] : cases) {
-        m_Plugin.m_InBlock = fault;
+        m_Plugin.m_InBlock = [&fault] {
+            const Lathe::Core::CRealtimePermission permission;
+            fault();
+        };
         EXPECT_EQ(Dispatch(RTAS_RENDER, m_Render), code);
         // The block is over all the same.
         EXPECT_NE(m_Plugin.GetHostTransport().IsPlaying(&isPlaying), 0);

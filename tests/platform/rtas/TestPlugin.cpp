@@ -1,5 +1,7 @@
 #include "platform/rtas/TestPlugin.h"
 
+#include "core/RealtimePermission.h"
+
 STestPlan g_Plan;
 
 namespace {
@@ -51,6 +53,7 @@ RTASProcess* CModuleTest::New(bool isAudioSuite) {
     m_New.maxBlockSize = 1; // All blocks are larger.
     m_New.inputs = m_New.outputs = 2;
     static constexpr auto s_Note = [](void* heard, const std::string& what) {
+        const Lathe::Core::CRealtimePermission permission; // A real host makes no notes.
         static_cast<std::vector<std::string>*>(heard)->push_back(what);
     };
     m_New.calls = {&m_HostHeard,
