@@ -110,7 +110,8 @@ TEST_F(Program, RendersQuietlyWhereNobodyWatches) {
     EXPECT_EQ(Run("render in.wav out.flac --set 'Gain (1)=+20'"), 0);
     EXPECT_NE(m_Error.find("2000 samples beyond full scale, or no numbers, were limited"),
               std::string::npos);
-    EXPECT_EQ(Run("render --quiet in.wav out.flac --set 'Gain (1)=+20'") + m_Error.size(), 0u);
+    EXPECT_EQ(Run("render --quiet in.wav out.flac --set 'Gain (1)=+20'"), 0);
+    EXPECT_EQ(m_Error, "");
 }
 
 TEST_F(Program, ResponseHoldsAllCurvesAtExactFrequencies) {

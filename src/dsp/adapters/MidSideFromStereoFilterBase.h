@@ -1,6 +1,7 @@
 // A switchable left/right to mid/side matrix around a stereo filter.
 #pragma once
 
+#include "core/RealtimePermission.h"
 #include "core/containers/VectorMux.h"
 #include "dsp/Filter.h"
 #include "dsp/FilterInfos.h"
@@ -260,8 +261,10 @@ private:
             SetModeValue(data.m_pVariations->GetEnd().GetParams(), 0);
     }
 
-    // Allocates beyond the largest size so far: a block larger than Init was told of.
+    // Allocates beyond the largest size so far, and so in a block larger than Init was told of,
+    // which may then be late, but is whole.
     void SizeScratch(int samples) {
+        const Core::CRealtimePermission permission;
         for (int i = 0; i < 2; ++i)
             m_Scratch[i].SetSize(samples);
     }

@@ -1,7 +1,6 @@
 // Proves what every filter owes its owner, from the gain stage to the whole equaliser: neither
 // blocks nor memory layout show in the samples, ramps land, copies go on, silence and Reset forget.
 
-#include "core/RealtimePermission.h"
 #include "core/containers/VectorAdapter.h"
 #include "dsp/FilterTestSupport.h"
 #include "dsp/PluginsFilters/DualCairnEQ.h"
@@ -172,7 +171,6 @@ TEST_P(EveryFilter, GivesTheSameBitsInEveryLayoutAndSizeOfBlocks) {
         EXPECT_EQ(RunLayout({m_Input[c]}, 1, 4), CSignals{all[c]});
     }
     const CSignals whole = m_Driven.m_Rig.Run(m_Input);
-    const Lathe::Core::CRealtimePermission roomIsMade; // The host may not tell its block size.
     SDriven parts(m_Test, 0, 0);
     std::vector<int> blocks(20);
     for (int& samples : blocks)
@@ -257,7 +255,6 @@ TEST_P(EveryFilter, EndsADecayInExactZeros) {
 
 TEST_P(EveryFilter, IsTheIdentityByDefaultAndBeforeInit) {
     const auto fresh = m_Test.m_Make(m_Test.m_Channels);
-    const Lathe::Core::CRealtimePermission roomIsMade;
     CRig early(*fresh, 0.0);
     early.Set(m_Test.m_End);
     CheckClose(early.Run(m_Input), m_Input, 1e-6);

@@ -63,16 +63,16 @@ TEST_F(CEntryPointsTest, EveryOperationRefusesWhatItCannotRead) {
 }
 
 TEST_F(CEntryPointsTest, ExceptionsBecomeCodes) {
+#if defined(LATHE_HAS_REALTIME_SANITIZER)
+    GTEST_SKIP() << "this sanitizer doesn't see a block end by an exception";
+#endif
     const std::pair<std::function<void()>, int> cases[]{
         {[] { throw CDAEError(-42); }, -42},
         {[] { throw std::runtime_error("fault"); }, -7401},
     };
     bool isPlaying = false;
     for (const auto& [fault, code] : cases) {
-        m_Plugin.m_InBlock = [&fault] {
-            const Lathe::Core::CRealtimePermission permission;
-            fault();
-        };
+        m_Plugin.m_InBlock = fault;
         EXPECT_EQ(Dispatch(RTAS_RENDER, m_Render), code);
         // The block is over all the same.
         EXPECT_NE(m_Plugin.GetHostTransport().IsPlaying(&isPlaying), 0);
