@@ -257,17 +257,19 @@ TEST(FunctionObjects, DamagedListsKeepValidEntries) {
         <item2 isNull="1"/></functions></Root>)";
     // The count that is claimed, the count read, and the sum: what can't be read is the identity in
     // a whole stream, and null in an incremental one.
-    const int cases[][4] = {{1, 1, 4, 4},  {2, 2, 14, 4},          {3, 3, 14, 4},
-                            {4, 4, 24, 4}, {2000000000, 3, 14, 4}, {-5, 0, 0, 0}};
-    for (const auto& [claimed, count, whole, changed] : cases) {
+    const struct {
+        int claimed, count, whole, changed;
+    } cases[] = {{1, 1, 4, 4},  {2, 2, 14, 4},          {3, 3, 14, 4},
+                 {4, 4, 24, 4}, {2000000000, 3, 14, 4}, {-5, 0, 0, 0}};
+    for (const auto& row : cases) {
         const std::string text =
-            "<Root><functions itemCount=\"" + std::to_string(claimed) + entries;
+            "<Root><functions itemCount=\"" + std::to_string(row.claimed) + entries;
         ForBoth(text, [&](const IReadDataStream& stream) {
             const bool incremental = stream.IsIncremental();
             TFunctionsOperation<Sum> sum;
-            EXPECT_EQ(sum.DeSerialize(stream), incremental || claimed == 1);
-            EXPECT_EQ(sum.GetCount(), count);
-            EXPECT_EQ(sum.Evaluate(10.0), incremental ? changed : whole) << claimed;
+            EXPECT_EQ(sum.DeSerialize(stream), incremental || row.claimed == 1);
+            EXPECT_EQ(sum.GetCount(), row.count);
+            EXPECT_EQ(sum.Evaluate(10.0), incremental ? row.changed : row.whole) << row.claimed;
         });
     }
 }

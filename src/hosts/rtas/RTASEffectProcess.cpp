@@ -92,8 +92,8 @@ void CRTASEffectProcess::InitFilter() {
 // The library's own control is the bypass: it comes back as a changed value, and nothing else
 // feeds the bypass of a block.
 void CRTASEffectProcess::InitControls() {
-    m_Controls.reserve(
-        static_cast<std::size_t>(m_InputAdapters.GetCount() + m_OutputAdapters.GetCount()));
+    m_Controls.reserve(static_cast<std::size_t>(m_InputAdapters.GetCount()) +
+                       static_cast<std::size_t>(m_OutputAdapters.GetCount()));
     AddControl(
         std::make_unique<CPluginControl_OnOff>(MakeFourCharCode("bypa"), BypassNames, false));
     SetMasterBypassControl(BypassControl);

@@ -30,7 +30,7 @@ TEST_F(CEntryPointsTest, EveryOperationRefusesWhatItCannotRead) {
     EXPECT_EQ(Dispatch(RTAS_DELETE_PROCESS, call), RTAS_OK);
     RTASProcess* const handles[]{
         nullptr, call.process, reinterpret_cast<RTASProcess*>(&call),
-        reinterpret_cast<RTASProcess*>(reinterpret_cast<std::uintptr_t>(m_Process) + 1)};
+        reinterpret_cast<RTASProcess*>(reinterpret_cast<char*>(m_Process) + 1)};
     New();
     // Large enough for all structures, which begin with size and process.
     RTASProcessCall argument[40]{};
