@@ -27,7 +27,7 @@ void CThread::Start() {
     auto start = std::make_unique<SStart>(SStart{m_Procedure, m_Context});
     m_Joinable = pthread_create(&m_Handle, nullptr, Run, start.get()) == 0;
     if (m_Joinable)
-        start.release(); // Run deletes it.
+        static_cast<void>(start.release()); // Run deletes it.
     else
         m_Handle = 0;
 }
