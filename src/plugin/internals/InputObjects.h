@@ -36,8 +36,6 @@ public:
     const IInputCurves& GetCurves() const { return m_InputCurves; }
     const IInputSurfaces& GetSurfaces() const { return m_InputSurfaces; }
     const IInputCustomProperties& GetCustomProperties() const { return m_InputCustomProperties; }
-    // Whoever holds it may make the audio thread wait: for assignments only.
-    Core::ILock& GetLock() { return m_InputLock; }
 
     // The filter has no input of these kinds.
     bool IsEmpty() const LATHE_REALTIME;

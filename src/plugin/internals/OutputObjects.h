@@ -32,8 +32,6 @@ public:
     const IOutputCurves& GetCurves() const { return m_OutputCurves; }
     const IOutputSurfaces& GetSurfaces() const { return m_OutputSurfaces; }
     const IOutputCustomProperties& GetCustomProperties() const { return m_OutputCustomProperties; }
-    // Guards all but the params, and the filter's outputs behind them.
-    Core::ILock& GetLock() { return m_OutputLock; }
 
     // Between two blocks, always on the same filter: the params at once; then, under the lock, what
     // the filter brings up to date of the others; then their events, without the lock. False when
@@ -53,6 +51,7 @@ private:
     template <class TOperation>
     void ForEach(TOperation operation) LATHE_REALTIME;
 
+    // Guards all but the params, and the filter's outputs behind them.
     System::CCriticalSection m_OutputLock;
     COutputParams m_OutputParams;
     COutputStrings m_OutputStrings;

@@ -231,6 +231,7 @@ TEST(OutputObjects, ComeBackForALockThatAReaderHolds) {
     CPluginTestFilter filter;
     COutputObjects outputs(filter);
     const auto& text = outputs.GetStrings().GetElement(0);
+    auto& lock = const_cast<Core::ILock&>(dynamic_cast<const Core::ILock&>(text));
     const auto publish = [&](bool force) {
         return std::async(std::launch::async,
                           [&, force] { return outputs.Publish(filter, nullptr, force); });
@@ -241,11 +242,11 @@ TEST(OutputObjects, ComeBackForALockThatAReaderHolds) {
     given.SetDefaults(filter);
     given.GetStrings().SetValue(0, "new");
     filter.SetInputValues(given);
-    outputs.GetLock().Lock();
+    lock.Lock();
     EXPECT_FALSE(publish(false).get());
     auto forced = publish(true);
     EXPECT_EQ(TakeText(text.GetValue()), "none");
-    outputs.GetLock().Unlock();
+    lock.Unlock();
     EXPECT_TRUE(forced.get());
     EXPECT_EQ(TakeText(text.GetValue()), "new");
     text.GetValueChangedEvent().RemoveCommand(handler);
