@@ -15,7 +15,9 @@ MAY_INCLUDE = {
     "core": [],
     "core/threads": ["core"],
     "serialization": ["core"],
-    "math": ["core", "serialization"],
+    # The grammar of formulas stands with the languages of skins, and needs nothing of them.
+    "SkinEngine/Formula": ["core"],
+    "math": ["core", "serialization", "SkinEngine/Formula"],
     "datamodel": ["core", "core/threads", "serialization", "math"],
     "dsp": ["core", "serialization", "math", "datamodel"],
     "dsp/PluginsFilters": ["core", "serialization", "math", "datamodel", "dsp"],

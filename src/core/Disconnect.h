@@ -10,6 +10,13 @@ public:
     virtual ~IDisconnect() = default;
 };
 
+// One that can also be put to sleep: paused, it ignores both of its ends; it catches up when it
+// goes on.
+class IDisconnectAndPause : public virtual IDisconnect {
+public:
+    virtual void SetPaused(bool paused) = 0;
+};
+
 template <class T>
 class TIConnect {
 public:

@@ -10,11 +10,17 @@ public:
     virtual bool GetEnabled() const = 0;
     virtual IEventProvider& GetEnabledChangedEvent() const = 0;
     virtual ~IConstEnable() = default;
+
+    // The data model's words for the same.
+    bool IsEnabled() const { return GetEnabled(); }
+    IEventProvider& GetEnableChangedEvent() const { return GetEnabledChangedEvent(); }
 };
 
 class IEnable : public virtual IConstEnable {
 public:
     virtual void SetEnabled(bool enabled) = 0;
+
+    void SetEnable(bool enabled) { SetEnabled(enabled); }
 };
 
 class CEnable : public IEnable {

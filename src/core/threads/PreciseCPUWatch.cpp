@@ -11,22 +11,22 @@ constexpr std::uint64_t NanosecondsPerMillisecond = 1'000'000;
 } // namespace
 
 // This clock's ticks are nanoseconds.
-CPreciseCPUWatch::CPreciseCPUWatch() : m_TimeBase{1, 1} {}
+CPreciseCPUWatch::CPreciseCPUWatch(TickSource getNow) : m_GetNow(getNow), m_TimeBase{1, 1} {}
 
 void CPreciseCPUWatch::Start() {
-    m_Start = GetNow();
+    m_Start = m_GetNow();
     m_Running = true;
 }
 
 void CPreciseCPUWatch::Stop() {
     if (!m_Running)
         return;
-    m_Stop = GetNow();
+    m_Stop = m_GetNow();
     m_Running = false;
 }
 
 std::uint64_t CPreciseCPUWatch::GetElapsedTicks() const {
-    return (m_Running ? GetNow() : m_Stop) - m_Start;
+    return (m_Running ? m_GetNow() : m_Stop) - m_Start;
 }
 
 std::uint64_t CPreciseCPUWatch::GetElapsedMilliseconds() const {

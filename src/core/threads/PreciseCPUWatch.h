@@ -7,7 +7,13 @@ namespace Lathe::System {
 
 class CPreciseCPUWatch {
 public:
-    CPreciseCPUWatch();
+    // Gives the present in ticks, which only grow.
+    using TickSource = std::uint64_t (*)();
+    // The monotonic clock, in nanoseconds.
+    static std::uint64_t GetNow();
+
+    // Ticks of any other source are nanoseconds too.
+    explicit CPreciseCPUWatch(TickSource getNow = &GetNow);
 
     // From zero, also when it is running.
     void Start();
@@ -30,8 +36,7 @@ private:
         std::uint32_t m_Denominator;
     };
 
-    static std::uint64_t GetNow();
-
+    TickSource m_GetNow;
     std::uint64_t m_Start = 0;
     std::uint64_t m_Stop = 0;
     bool m_Running = false;

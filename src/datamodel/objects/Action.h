@@ -32,8 +32,6 @@ public:
     void SetEnable(bool enabled);
     bool GetEnabled() const override { return m_Enabled; }
     Core::IEventProvider& GetEnabledChangedEvent() const override { return m_EnabledChanged; }
-    bool IsEnabled() const { return GetEnabled(); }
-    Core::IEventProvider& GetEnableChangedEvent() const { return GetEnabledChangedEvent(); }
     const CActionInfo& GetInfo() const override { return m_Info; }
     CActionInfo& GetInfo() { return m_Info; }
     // Deletes an owned command and leaves the action without any. Not from within Execute.

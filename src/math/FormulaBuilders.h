@@ -1,0 +1,27 @@
+// From the text of a formula to function objects. A text that is no formula, or that holds a name
+// that nobody knows, gives null, as a null text does. The caller owns what it gets.
+#pragma once
+
+namespace Lathe::Math {
+
+class IConstant;
+class IFunction;
+class IBinaryFunction;
+template <class I>
+class TIParametrizedFunction;
+
+IConstant* BuildConstant(const char* formula);
+IFunction* BuildFunction(const char* formula, const char* variable);
+// A name given for both variables is that of x.
+IBinaryFunction* BuildBinaryFunction(const char* formula, const char* xVariable,
+                                     const char* yVariable);
+
+// In these, names that nobody knows become parameters: of a value, of a curve where the name is
+// called with one argument, of a surface where it is called with two.
+TIParametrizedFunction<IConstant>* BuildParametrizedConstant(const char* formula);
+TIParametrizedFunction<IFunction>* BuildParametrizedFunction(const char* formula,
+                                                             const char* variable);
+TIParametrizedFunction<IBinaryFunction>*
+BuildParametrizedBinaryFunction(const char* formula, const char* xVariable, const char* yVariable);
+
+} // namespace Lathe::Math
