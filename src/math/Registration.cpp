@@ -8,6 +8,8 @@
 #include "math/FunctionsComposition.h"
 #include "math/FunctionsOperation.h"
 #include "math/PlainFunction.h"
+#include "math/SweptCurvesFunction.h"
+#include "math/SweptValues.h"
 
 #include <cstddef>
 #include <iterator>
@@ -49,6 +51,8 @@ const TRegistrations<IFunction, CConstantFunction, CFunctionProxy, CFunctionsCom
 const TRegistrations<IBinaryFunction, CConstantBinaryFunction, CBinaryFunctionProxy,
                      CBinaryFunctionsCombination, CBinaryFunctionComposition>
     CompositeBinaryFunctions;
+const TRegistrations<IFunction, CSweptValues> SweptFunctions;
+const TRegistrations<IBinaryFunction, CSweptCurvesFunction> SweptBinaryFunctions;
 const TRegistrations<IConstant, CConstant, CConstantComposition, CConstantsCombination> Constants;
 
 } // namespace
