@@ -1,0 +1,12 @@
+#include "datamodel/overtime/CaptureSurfaceFromCurveOverTime.h"
+
+namespace Lathe::DataModel::Objects {
+
+void SSurfaceFromCurve::TakeInfo(const IConstCurveInfo& source, CSurfaceInfo& info,
+                                 Math::CSweptCurvesFunction& history) {
+    history.SetDefaultValue(Math::CConstantFunction(source.GetYInfo().GetDefault()));
+    info.SetYInfo(source.GetXInfo());
+    info.SetZInfo(source.GetYInfo());
+}
+
+} // namespace Lathe::DataModel::Objects
