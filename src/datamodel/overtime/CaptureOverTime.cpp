@@ -19,9 +19,12 @@ constexpr double NanosecondsPerSecond = 1e9;
 } // namespace
 
 template <class TKind>
-TCaptureOverTime<TKind>::TCaptureOverTime(const CSource* source, System::ITimerProvider& provider,
+TCaptureOverTime<TKind>::TCaptureOverTime(const CSource* source,
+                                          System::ITimerProvider* timerProvider,
                                           System::CPreciseCPUWatch::TickSource getNow)
-    : m_Provider(provider), m_TickCommand(*this, &TCaptureOverTime::OnTick), m_Watch(getNow) {
+    : m_TimerProvider(timerProvider),
+      m_TickCommand(*this, &TCaptureOverTime::OnTick),
+      m_Watch(getNow) {
     if (source)
         Connect(*source);
     SetRefreshTime(TKind::DefaultRefreshTime);
@@ -31,7 +34,7 @@ TCaptureOverTime<TKind>::TCaptureOverTime(const CSource* source, System::ITimerP
 
 template <class TKind>
 TCaptureOverTime<TKind>::~TCaptureOverTime() {
-    m_Provider.RemoveTimer(&m_TickCommand, false);
+    m_TimerProvider->RemoveTimer(&m_TickCommand, false);
 }
 
 template <class TKind>
@@ -61,8 +64,8 @@ template <class TKind>
 void TCaptureOverTime<TKind>::SetRefreshTime(int milliseconds) {
     milliseconds = std::max(milliseconds, 1);
     m_RefreshTime = milliseconds;
-    m_Provider.RemoveTimer(&m_TickCommand, false);
-    m_Provider.AddTimer(milliseconds, &m_TickCommand);
+    m_TimerProvider->RemoveTimer(&m_TickCommand, false);
+    m_TimerProvider->AddTimer(milliseconds, &m_TickCommand);
     m_History.SetPointsCount(static_cast<unsigned>(GetDuration() / milliseconds));
 }
 

@@ -34,9 +34,9 @@ public:
 
     static constexpr int DefaultDuration = 10000; // ms
 
-    // Null gives an empty history. The provider outlives this object.
+    // Null gives an empty history. The provider is not owned and outlives this object.
     TCaptureOverTime(
-        const CSource* source, System::ITimerProvider& provider,
+        const CSource* source, System::ITimerProvider* timerProvider,
         System::CPreciseCPUWatch::TickSource getNow = &System::CPreciseCPUWatch::GetNow);
     ~TCaptureOverTime() override;
 
@@ -63,7 +63,7 @@ private:
     void OnTick();
 
     const CSource* m_Source = nullptr;
-    System::ITimerProvider& m_Provider;
+    System::ITimerProvider* m_TimerProvider;
     Core::TCommand<TCaptureOverTime> m_TickCommand;
     typename TKind::CHistory m_History;
     CInfo m_Info;

@@ -1,5 +1,7 @@
 #include "datamodel/overtime/CaptureSurfaceFromCurveOverTime.h"
 
+#include "datamodel/objects/CurveInfo.h"
+
 namespace Lathe::DataModel::Objects {
 
 void SSurfaceFromCurve::TakeInfo(const IConstCurveInfo& source, CSurfaceInfo& info,
