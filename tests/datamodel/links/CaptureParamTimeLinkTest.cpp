@@ -27,9 +27,7 @@ struct CParamTimeLink : testing::Test {
 };
 
 TEST_F(CParamTimeLink, GoesAStraightLine) {
-    m_Source.Capture();
-    m_Source.SetValue(100);
-    m_Source.Release();
+    m_Source.Move(100);
     EXPECT_EQ(m_Journal.Take(), "b") << "nothing moves before the timer ticks";
     for (const double value : {20, 40, 60, 80, 100}) {
         EXPECT_TRUE(m_Target.IsCaptured());
@@ -50,7 +48,8 @@ TEST_F(CParamTimeLink, GoesAStraightLine) {
     Advance(200);
     EXPECT_EQ(m_Target.GetValue(), 25);
     EXPECT_EQ(m_Journal.Take(), "vvvvv");
-    EXPECT_EQ(m_Timers.GetCount(), 1);
+    std::make_unique<CCaptureParamTimeLink>(&m_Timers, &m_Source, &m_Target).reset();
+    EXPECT_EQ(m_Timers.GetCount(), 1) << "one that dies leaves no timer";
 }
 
 TEST_F(CParamTimeLink, WritesAtOnceWithoutDuration) {
@@ -71,61 +70,42 @@ TEST_F(CParamTimeLink, WritesAtOnceWithoutDuration) {
 }
 
 TEST_F(CParamTimeLink, KeepsTheBracketOpenToTheEnd) {
-    // A second gesture on the way, then one that moves nothing.
-    m_Source.Capture();
-    m_Source.SetValue(100);
-    m_Source.Release();
+    m_Source.Move(100);
     Advance(100);
-    m_Source.Capture();
+    m_Source.Capture(); // A second gesture on the way.
     Advance(500);
     EXPECT_EQ(m_Journal.Take(), "bvvvvv");
     m_Source.Release();
-    m_Source.Capture();
-    m_Source.Release();
-    EXPECT_EQ(m_Journal.Take(), "ebe");
-    // A target that never gets there; and one that arrives by itself.
+    EXPECT_EQ(m_Journal.Take(), "e");
     m_Target.GetInfo().SetMax(50);
-    m_Journal.Take();
-    m_Source.Capture();
-    m_Source.SetValue(90);
-    m_Source.Release();
+    m_Source.Move(90);
     Advance(250);
-    EXPECT_EQ(m_Journal.Take(), "be");
-    m_Source.Capture();
-    m_Source.SetValue(10);
-    m_Source.Release();
+    EXPECT_EQ(m_Journal.Take(), "vbe") << "though it never gets there";
+    m_Source.Move(10);
     m_Target.SetValue(10);
     Advance(50);
-    EXPECT_EQ(m_Journal.Take(), "bve");
-    // Back where the target stands, with no way to go.
-    m_Source.Capture();
-    m_Source.SetValue(30);
-    m_Source.Release();
+    EXPECT_EQ(m_Journal.Take(), "bve") << "it has arrived by itself";
+    m_Source.Move(30);
     m_Source.SetValue(10);
-    EXPECT_EQ(m_Journal.Take(), "be");
+    EXPECT_EQ(m_Journal.Take(), "be") << "no way to go any more";
 }
 
 TEST_F(CParamTimeLink, GivesTheBracketBackWhenItIsCutOnTheWay) {
     CRangedParam other(0, 100, 0);
-    void (*const cuts[])(CParamTimeLink&, CRangedParam&) = {
-        [](CParamTimeLink& t, CRangedParam&) { t.m_Link.SetEnable(false); },
-        [](CParamTimeLink& t, CRangedParam& o) { t.m_Link.SetTarget(&o); },
-        [](CParamTimeLink& t, CRangedParam& o) { t.m_Link.SetSource(&o); },
-        [](CParamTimeLink& t, CRangedParam&) { t.m_Link.Disconnect(); },
-    };
     m_Link.SetOnModifyOnly(true);
-    for (const auto cut : cuts) {
-        m_Source.Capture();
-        m_Source.SetValue(m_Source.GetValue() + 10);
-        m_Source.Release();
+    for (int cut = 0; cut < 4; ++cut) {
+        m_Source.Move(m_Source.GetValue() + 10);
         Advance(50);
-        cut(*this, other);
-        EXPECT_FALSE(m_Target.IsCaptured());
+        cut == 0   ? m_Link.SetEnable(false)
+        : cut == 1 ? m_Link.SetTarget(&other)
+        : cut == 2 ? m_Link.SetSource(&other)
+                   : m_Link.Disconnect();
+        EXPECT_FALSE(m_Target.IsCaptured()) << cut;
         m_Target.Capture(); // Somebody else's.
         Advance(500);
-        EXPECT_TRUE(m_Target.IsCaptured());
-        m_Target.Release();
+        EXPECT_TRUE(m_Target.IsCaptured()) << cut;
         EXPECT_EQ(other.GetValue(), 0) << "it has no part in the old way";
+        m_Target.Release();
         m_Link.SetEnable(true);
         m_Link.SetSource(&m_Source);
         m_Link.SetTarget(&m_Target);
@@ -133,7 +113,6 @@ TEST_F(CParamTimeLink, GivesTheBracketBackWhenItIsCutOnTheWay) {
 }
 
 TEST_F(CParamTimeLink, TellsItsStepsAndStartsAgainFromThem) {
-    EXPECT_FALSE(m_Link.IsInStep());
     CActionCommand command([&] {
         EXPECT_TRUE(m_Link.IsInStep());
         if (m_Target.GetValue() >= 100)
@@ -143,18 +122,10 @@ TEST_F(CParamTimeLink, TellsItsStepsAndStartsAgainFromThem) {
     m_Source.SetValue(100);
     Advance(250);
     EXPECT_EQ(m_Target.GetValue(), 100);
+    EXPECT_FALSE(m_Link.IsInStep());
     Advance(250);
     EXPECT_EQ(m_Target.GetValue(), 0);
     m_Target.GetValueChangedEvent().RemoveCommand(command);
-    EXPECT_FALSE(m_Link.IsInStep());
-}
-
-TEST_F(CParamTimeLink, LeavesNoTimerBehind) {
-    {
-        CCaptureParamTimeLink link(&m_Timers, &m_Target, &m_Target);
-        EXPECT_EQ(m_Timers.GetCount(), 2);
-    }
-    EXPECT_EQ(m_Timers.GetCount(), 1);
 }
 
 } // namespace
