@@ -1,5 +1,6 @@
-// Measures the equaliser beside a plain loop, and an instance and the loaded module beside their
-// bare filter, in one run.
+// Measures the equaliser beside a plain loop, an instance and the loaded module beside their bare
+// filter, and a change that runs through links, in one run.
+#include "datamodel/LinkBenchmark.h"
 #include "dsp/PluginsFilters/EqualiserBenchmark.h"
 #include "hosts/ModuleBenchmark.h"
 #include "plugin/InstanceBenchmark.h"
@@ -26,11 +27,13 @@ int main(int argc, char** argv) {
     CairnBench::RegisterEqualiserBenchmarks();
     CairnBench::RegisterInstanceBenchmarks();
     CairnBench::RegisterModuleBenchmarks();
+    CairnBench::RegisterLinkBenchmarks();
     CairnBench::CFastestTimes times;
     benchmark::RunSpecifiedBenchmarks(&times);
     CairnBench::PrintEqualiserTable(times);
     CairnBench::PrintInstanceTable(times);
     CairnBench::PrintModuleTable(times);
+    CairnBench::PrintLinkTable(times);
     benchmark::Shutdown();
     return 0;
 }
