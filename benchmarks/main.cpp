@@ -1,5 +1,6 @@
 // Measures the equaliser beside a plain loop, an instance and the loaded module beside their bare
-// filter, and the look-up in a history, in one run.
+// filter, a change that runs through links, and the look-up in a history, in one run.
+#include "datamodel/LinkBenchmark.h"
 #include "dsp/PluginsFilters/EqualiserBenchmark.h"
 #include "hosts/ModuleBenchmark.h"
 #include "math/SweptValuesBenchmark.h"
@@ -27,12 +28,14 @@ int main(int argc, char** argv) {
     CairnBench::RegisterEqualiserBenchmarks();
     CairnBench::RegisterInstanceBenchmarks();
     CairnBench::RegisterModuleBenchmarks();
+    CairnBench::RegisterLinkBenchmarks();
     CairnBench::RegisterSweptValuesBenchmarks();
     CairnBench::CFastestTimes times;
     benchmark::RunSpecifiedBenchmarks(&times);
     CairnBench::PrintEqualiserTable(times);
     CairnBench::PrintInstanceTable(times);
     CairnBench::PrintModuleTable(times);
+    CairnBench::PrintLinkTable(times);
     CairnBench::PrintSweptValuesTable(times);
     benchmark::Shutdown();
     return 0;

@@ -45,8 +45,6 @@ public:
     // Neither is owned, either can be null, and each is disconnected before it dies.
     void SetFirst(ICaptureParam* first) { Replace(m_First, first); }
     void SetSecond(ICaptureParam* second) { Replace(m_Second, second); }
-    ICaptureParam* GetFirst() const { return m_First; }
-    ICaptureParam* GetSecond() const { return m_Second; }
     void SetResponseCurve(Math::EParamValueCurve curve);
     // The curve works on positions in the two ranges instead of bare values.
     void SetNormalized(bool normalized);
