@@ -22,10 +22,7 @@ namespace Lathe::DataModel {
 template <class TSource, class TTarget>
 class TMultipleCaptureObjectLink : public Core::IEnable, public Core::IDisconnectAndPause {
 public:
-    TMultipleCaptureObjectLink()
-        : m_ValueChangedCommand(*this, &TMultipleCaptureObjectLink::OnSourceValueChanged),
-          m_BeginCaptureCommand(*this, &TMultipleCaptureObjectLink::OnSourceBeginCapture),
-          m_EndCaptureCommand(*this, &TMultipleCaptureObjectLink::OnSourceEndCapture) {}
+    TMultipleCaptureObjectLink() = default;
     TMultipleCaptureObjectLink(const TMultipleCaptureObjectLink&) = delete;
     TMultipleCaptureObjectLink& operator=(const TMultipleCaptureObjectLink&) = delete;
 
@@ -76,7 +73,8 @@ public:
 protected:
     // Writes the targets. The source that changed; null when there is none, as on switching on.
     virtual void Update(const TSource* changed) = 0;
-    // For subclasses that keep something along with the state and with the ends.
+    // For subclasses that keep something along with the state and the ends; such a subclass calls
+    // Disconnect in its destructor.
     virtual void OnEnabled() {}
     virtual void OnDisabled() {}
     virtual void BeforeSourceChange() {}
@@ -84,7 +82,8 @@ protected:
     virtual void BeforeTargetChange() {}
     virtual void AfterTargetChange() {}
     virtual void OnSourceBeginCapture(const TSource* source) {
-        if (IsActive() && !m_CapturingTargets)
+        // A listener before this one may have ended the gesture.
+        if (IsActive() && !m_CapturingTargets && source->IsCaptured())
             CaptureTargets(source);
     }
     virtual void OnSourceValueChanged(const TSource* source) { UpdateOnce(source); }
@@ -196,9 +195,9 @@ private:
         m_ReleasingTargets = false;
     }
 
-    SourceCommand m_ValueChangedCommand;
-    SourceCommand m_BeginCaptureCommand;
-    SourceCommand m_EndCaptureCommand;
+    SourceCommand m_ValueChangedCommand{*this, &TMultipleCaptureObjectLink::OnSourceValueChanged};
+    SourceCommand m_BeginCaptureCommand{*this, &TMultipleCaptureObjectLink::OnSourceBeginCapture};
+    SourceCommand m_EndCaptureCommand{*this, &TMultipleCaptureObjectLink::OnSourceEndCapture};
     std::vector<std::unique_ptr<CSource>> m_Sources;
     std::vector<TTarget*> m_Targets;
     bool m_Enabled = true;
