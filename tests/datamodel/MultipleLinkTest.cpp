@@ -151,6 +151,9 @@ TEST_F(MultipleParamLinkOfThree, ForwardsOneBracketAndGivesItBack) {
     Check([&] { m_Link.SetEnable(true); }, "b", "b");
     Check([&] { m_Link.SetPaused(true); }, "", "");
     Check([&] { m_Link.SetPaused(false); }, "eb", "eb");
+    Check([&] { m_Link.SetPaused(true), m_Link.SetEnable(false); }, "e", "e");
+    Check([&] { m_Link.SetEnable(true); }, "", "");
+    Check([&] { m_Link.SetPaused(false); }, "b", "b");
     Check([&] { a.Release(); }, "e", "e");
     Check([&] { b.Capture(), b.Release(); }, "be", "be");
     Check([&] { c.Capture(), a.Capture(); }, "b", "b");
