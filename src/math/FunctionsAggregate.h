@@ -16,6 +16,7 @@ template <class I>
 class TNFunctionsAggregate : public I, public Containers::ICount {
 public:
     bool Serialize(Serialization::IWriteDataStream& output) const override;
+    TNFunctionsAggregate* Clone() const override = 0;
     bool DeSerialize(const Serialization::IReadDataStream& input) override;
 
     int GetCount() const LATHE_REALTIME override { return static_cast<int>(m_Functions.size()); }
