@@ -14,6 +14,8 @@
 #include "math/PlainFunction.h"
 #include "math/ValueCurve.h"
 
+#include <memory>
+
 namespace Lathe::DataModel::Objects {
 
 namespace {
@@ -31,9 +33,10 @@ template <class TLink, class TObject>
 void CheckCopying(const auto& value, auto read) {
     TObject source, target;
     TLink link(nullptr, nullptr);
+    CJournal journal(target);
+    link.SetOnModifyOnly(true);
     link.SetTarget(&target);
     link.SetSource(&source);
-    CJournal journal(target);
     source.Capture();
     source.SetValue(value);
     source.Release();
@@ -133,20 +136,20 @@ TEST(CaptureParamLink, TakesStepsInDifferenceMode) {
 TEST(CaptureParamToStringLink, WritesTheTextOfTheValue) {
     CRangedParam source(0, 10, 3);
     CCaptureString target;
-    CCaptureParamToStringLink link(nullptr, nullptr);
-    link.SetTarget(&target);
-    link.SetSource(&source);
+    auto link = std::make_unique<CCaptureParamToStringLink>(nullptr, nullptr);
+    link->SetTarget(&target);
+    link->SetSource(&source);
     source.GetInfo().SetUnit("Hz");
     EXPECT_STREQ(target.GetValue(), "3.00 Hz");
     source.GetInfo().SetValueToText(new CEnumToText("a;b;c;d", 0), true);
-    link.GetFormatter().SetPattern("{value}={text_value}");
+    link->GetFormatter().SetPattern("{value}={text_value}");
     EXPECT_STREQ(target.GetValue(), "3.0=d");
     CJournal journal(target);
-    link.SetOnModifyOnly(true);
+    link->SetOnModifyOnly(true);
     source.GetInfo().SetValueToText(nullptr, true);
     source.Move(2);
     EXPECT_STREQ(target.GetValue(), "2.0=2.00");
-    link.Disconnect();
+    link.reset();
     source.GetInfo().SetUnit("dB");
     source.Move(1);
     EXPECT_EQ(journal.Take(), "bve");

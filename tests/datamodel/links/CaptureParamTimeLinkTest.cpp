@@ -5,6 +5,8 @@
 #include "core/threads/ManualTime.h"
 #include "datamodel/links/Params.h"
 
+#include <memory>
+
 namespace Lathe::DataModel::Objects {
 
 namespace {

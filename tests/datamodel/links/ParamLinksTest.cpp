@@ -133,7 +133,7 @@ void CheckHandlers() {
         }
         (*bench.m_Link)->GetEnableChangedEvent().AddCommand(command);
         (*bench.m_Link)->GetReverseChangedEvent().AddCommand(command);
-        Run(bench, "[+1*2+eEpP]D(1*2)R[o2O1]e(E*12)D");
+        Run(bench, "[+1*2+eEpP]D(1*2)R[o2O1]e(E*12)[oD");
         listening = false;
         Run(bench, "DEP");
         (*bench.m_Link)->SetReverse(false);
@@ -143,8 +143,11 @@ void CheckHandlers() {
         bench.m_Second.SetValue(20);
         EXPECT_EQ(bench.m_First.GetValue(), 60) << letter;
         bench.m_Link.reset();
-        bench.m_Other.SetValue(70);
-        EXPECT_EQ(bench.m_First.GetValue(), 60) << letter;
+        for (CRangedParam* param : {&bench.m_Other, &bench.m_Second, &bench.m_First}) {
+            EXPECT_EQ(bench.m_First.GetValue(), 60) << letter;
+            param->GetInfo().SetMax(90);
+            param->Move(70);
+        }
     }
 }
 
@@ -261,8 +264,12 @@ TEST(CaptureParamConnection, TakesStepsInDifferenceMode) {
     check(first, 80, 80, 90);
     connection->SetPaused(false);
     EXPECT_EQ(second.GetValue(), 100) << "the step that it slept through";
+    connection->SetEnable(false);
+    first.SetValue(90);
+    connection->SetEnable(true);
+    EXPECT_EQ(second.GetValue(), 100) << "none for what it was off for";
     connection->SetDiff(false);
-    EXPECT_EQ(second.GetValue(), 20);
+    EXPECT_EQ(second.GetValue(), 10);
 }
 
 } // namespace
