@@ -258,12 +258,24 @@ TYPED_TEST(Proxies, AreAskedOrLeaveNothingBehindInTimersAndQueues) {
     reader.Run();
 }
 
-// A param that another thread changes while a write to it is on its way back.
+// A param that another thread changes just behind a read or a write.
 struct CContestedParam : CWideMTParam {
+    double GetValue() const override {
+        const double value = CWideMTParam::GetValue();
+        Contest(m_BehindRead);
+        return value;
+    }
     void SetValue(double value) override {
         CWideMTParam::SetValue(value);
-        std::jthread([this] { CWideMTParam::SetValue(77.0); }).join();
+        Contest(m_BehindWrite);
     }
+    // Once. The other thread finds nothing to contest.
+    void Contest(double& by) const {
+        if (const double value = std::exchange(by, 0.0); value > 0.0)
+            std::jthread([&] { const_cast<CContestedParam*>(this)->SetValue(value); }).join();
+    }
+
+    mutable double m_BehindRead = 0.0, m_BehindWrite = 0.0;
 };
 
 TEST(TimerProxy, PausesAndWritesAndTicksAsOftenAsItIsTold) {
@@ -286,11 +298,20 @@ TEST(TimerProxy, PausesAndWritesAndTicksAsOftenAsItIsTold) {
     rig.m_Writable.SetValue(1.0);
     rig.m_Writable.SetValue(NAN);
     EXPECT_TRUE(journal.Take().empty() && rig.m_Writable.GetValue() == 1.0);
-    CContestedParam contested;
-    CCaptureParamTimerProxy proxy(contested, rig.m_Time);
+}
+
+TEST(TimerProxy, GetsTheLastWordOfAnotherThread) {
+    CManualTimerProvider time;
+    CContestedParam source;
+    CCaptureParamTimerProxy proxy(source, time);
+    source.m_BehindWrite = 77.0;
     proxy.SetValue(5.0);
-    rig.Run();
-    EXPECT_EQ(proxy.GetValue(), 77.0) << "the last word of another thread gets through";
+    time.Advance(50);
+    EXPECT_EQ(proxy.GetValue(), 77.0);
+    source.SetValue(6.0);
+    source.m_BehindRead = 88.0;
+    time.Advance(100);
+    EXPECT_EQ(proxy.GetValue(), 88.0);
 }
 
 TEST(ThreadProxy, ShowsWhatIsWrittenUntilTheSourceAnswers) {
