@@ -4,6 +4,7 @@
 #include "datamodel/proxies/MTProxies.h"
 
 #include <memory>
+#include <utility>
 
 namespace Lathe::DataModel::Objects {
 
