@@ -59,6 +59,11 @@ public:
         m_Value.Set(value);
         m_ValueChanged.Notify();
     }
+    // The same with a copy that a factory gave, which it takes over.
+    void TakeValue(typename TValueStorage<T>::Copy copy) {
+        if (m_Value.Take(copy))
+            m_ValueChanged.Notify();
+    }
 
 private:
     TValueStorage<T> m_Value;

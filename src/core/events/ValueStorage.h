@@ -27,6 +27,13 @@ public:
     void Set(T value) { m_Value.store(value, std::memory_order_relaxed); }
     bool IsEqual(T value) const { return !(value < Get()) && !(value > Get()); }
     T MakeCopy() const { return Get(); }
+    // Takes what a MakeCopy gave; false when it is equal to what was there. So for all kinds.
+    bool Take(T copy) {
+        if (IsEqual(copy))
+            return false;
+        Set(copy);
+        return true;
+    }
 
 private:
     std::atomic<T> m_Value{};
@@ -44,23 +51,36 @@ public:
     void Set(const char* value) { m_Value = value; }
     bool IsEqual(const char* value) const { return m_Value == value; }
     char* MakeCopy() const { return NewText(m_Value.GetText()); }
+    bool Take(char* copy) {
+        const std::unique_ptr<char[]> taken(copy);
+        if (IsEqual(copy))
+            return false;
+        Set(copy);
+        return true;
+    }
 
 private:
     CCharString m_Value;
 };
 
-// Objects with Clone(): never equal, since nothing compares them. Built with a value, which Get
-// needs.
+// Objects with Clone(): never equal, since nothing compares them. Get needs a value, given at first
+// or since then.
 template <class I>
 class TValueStorage<const I&> {
 public:
     using Copy = I*;
 
+    TValueStorage() = default;
     explicit TValueStorage(const I& value) : m_Value(value.Clone()) {}
     const I& Get() const { return *m_Value; }
     void Set(const I& value) { m_Value.reset(value.Clone()); }
     bool IsEqual(const I&) const { return false; }
     I* MakeCopy() const { return m_Value->Clone(); }
+    bool Take(I* copy) {
+        if (copy != m_Value.get())
+            m_Value.reset(copy);
+        return true;
+    }
 
 private:
     std::unique_ptr<I> m_Value;
