@@ -18,9 +18,13 @@ const IBinaryFunction& GetDefaultFunction<IBinaryFunction>();
 template <>
 const IConstant& GetDefaultFunction<IConstant>();
 
-// Trees are read and evaluated by recursion. No formula comes near this depth; a stream that goes
-// below it is damaged, and what lies deeper isn't read.
+// Trees are read and evaluated by recursion. A stream that goes below this depth is damaged, and
+// what lies deeper isn't read.
 inline constexpr int MaxFunctionNesting = 256;
+
+// A formula whose operations or parentheses nest deeper is none, so that its tree can be read back
+// with two levels more: a parameter's proxy, and the function that it stands for.
+inline constexpr int MaxFormulaNesting = MaxFunctionNesting - 2;
 
 // Reads one stored function of any class. Reads into the present one if it is of the stored class
 // and owned; one that isn't owned may be anybody's, so that a clone takes its place. On failure
