@@ -18,6 +18,10 @@ constexpr std::array<double, 7> s_Steps = {1.0, 2.0, 3.0, 6.0, 10.0, 20.0, 50.0}
 constexpr double s_Room = 0.1;
 constexpr int s_LeastLabels = 3;
 constexpr int s_MostLabels = 8;
+// Far enough from the largest double for differences of values.
+constexpr double s_MostValue = 1e150;
+// How far a range without width reaches to both sides, beside its value.
+constexpr double s_LeastRange = 0.1;
 
 // Round numbers to both sides of a level scale's end; `step` in dB.
 double FitEdge(double reach, double step) {
@@ -82,12 +86,38 @@ std::vector<STick> GetFrequencyTicks(double from, double to) {
             return ticks;
     }
     // Too narrow for decades to show.
-    std::vector<STick> ticks;
-    const double step = FitStep(to - from, s_MostLabels);
-    const double first = std::ceil(from / step);
-    for (int i = 0; i <= s_MostLabels && (first + i) * step <= to; ++i)
-        ticks.push_back({(first + i) * step, FrequencyText((first + i) * step)});
+    std::vector<STick> ticks = GetLinearTicks(from, to, s_MostLabels);
+    for (STick& tick : ticks)
+        tick.m_Label = FrequencyText(tick.m_Value);
     return ticks;
+}
+
+std::vector<STick> GetLinearTicks(double from, double to, int most) {
+    std::vector<STick> ticks;
+    const double step = FitStep(to - from, most);
+    const double first = std::ceil(from / step);
+    for (int i = 0; i <= most && (first + i) * step <= to; ++i) {
+        const double value = (first + i) * step + 0.0; // Not the negative zero.
+        ticks.push_back({value, FormatNumber(value)});
+    }
+    return ticks;
+}
+
+SValueRange FindValueRange(const std::vector<double>& values) {
+    SValueRange range = {s_MostValue, -s_MostValue};
+    for (const double value : values) {
+        if (!std::isfinite(value))
+            continue;
+        range.m_Min = std::min(range.m_Min, std::max(value, -s_MostValue));
+        range.m_Max = std::max(range.m_Max, std::min(value, s_MostValue));
+    }
+    if (range.m_Min > range.m_Max)
+        return {0.0, 1.0};
+    // Written so that the width of the largest values, too, has room for steps.
+    const double least = std::max(1.0, std::abs(range.m_Min)) * s_LeastRange;
+    if (range.m_Max - range.m_Min < least * 1e-11)
+        return {range.m_Min - least, range.m_Max + least};
+    return range;
 }
 
 std::string FrequencyText(double frequency) {

@@ -17,7 +17,8 @@ struct SDecibelAxis {
 SDecibelAxis FitDecibelAxis(const std::vector<const std::vector<double>*>& curves);
 
 struct STick {
-    double m_Frequency;
+    // In the units of its axis.
+    double m_Value;
     // Empty on the minor lines.
     std::string m_Label;
 };
@@ -25,6 +26,16 @@ struct STick {
 // From `from` to `to` in Hz: a labelled line at 1, 2 and 5 of each decade, minor lines between.
 // Narrow ranges get more labels.
 std::vector<STick> GetFrequencyTicks(double from, double to);
+
+// From `from` to `to`, which is more: at most `most` labelled lines of round numbers.
+std::vector<STick> GetLinearTicks(double from, double to, int most);
+
+struct SValueRange {
+    double m_Min;
+    double m_Max;
+};
+// Holds all finite values, and is never empty. Values beyond +-1e150 don't widen it further.
+SValueRange FindValueRange(const std::vector<double>& values);
 
 // "20", "1k", "1.5k".
 std::string FrequencyText(double frequency);

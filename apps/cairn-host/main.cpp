@@ -2,6 +2,7 @@
 #include "cairn-host/Controls.h"
 #include "cairn-host/Demo.h"
 #include "cairn-host/Equaliser.h"
+#include "cairn-host/Formula.h"
 #include "cairn-host/Interrupt.h"
 #include "cairn-host/Module.h"
 #include "cairn-host/ModuleReport.h"
@@ -59,6 +60,16 @@ int RunResponse(const SResponseOptions& options) {
     return status ? Done : Complain(status.GetFault());
 }
 
+int RunFormula(const SFormulaOptions& options) {
+    const TResult<SFormulaAnswer> answer = EvaluateFormula(options);
+    if (!answer)
+        return Complain(answer.GetFault());
+    const int status = Print(answer->m_Text);
+    for (const std::string& note : answer->m_Notes)
+        std::cerr << "cairn-host: note: " << OneLine(note) << '\n';
+    return status;
+}
+
 int RunReport(const std::string& path, TResult<std::string> (*report)(const CModule& module)) {
     CModule module;
     if (CStatus status = module.Load(path); !status)
@@ -82,9 +93,9 @@ int RunDemonstration(const std::string& folder, const std::string& module) {
     return Print(*told);
 }
 
-// An empty path has no name that a message could tell.
+// An empty text has nothing that a message could name.
 std::string CheckNotEmpty(const std::string& path) {
-    return path.empty() ? "a path that isn't empty is expected" : "";
+    return path.empty() ? "a text that isn't empty is expected" : "";
 }
 
 void AddSettings(CLI::App& command, std::vector<std::string>& settings) {
@@ -195,6 +206,27 @@ int main(int argc, char** argv) {
         ->type_name("N")
         ->capture_default_str();
 
+    SFormulaOptions formula;
+    CLI::App* formulaCommand = app.add_subcommand(
+        "formula", "Evaluate a formula: a value, or a table or picture over its variables");
+    formulaCommand
+        ->add_option("FORMULA", formula.m_Formula,
+                     "Such as \"20 * log(1 + x ^ 2)\"; behind -- when it begins with a minus")
+        ->required();
+    formulaCommand
+        ->add_option("--param", formula.m_Params,
+                     "Value of a name that the formula leaves free; repeatable")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+    for (const auto& [name, value, help] :
+         {std::tuple{"--x", &formula.m_X, "Variable that runs from one value to another"},
+          {"--y", &formula.m_Y, "A second variable, over which the first one runs"}})
+        formulaCommand->add_option(name, *value, help)
+            ->type_name("NAME=FROM:TO:STEPS")
+            ->check(CheckNotEmpty);
+    AddPath(*formulaCommand, "-o,--output", formula.m_Output, "FILE",
+            "File to write in place of the table: .csv, .png or .svg");
+
     std::string folder;
     CLI::App* demoCommand =
         app.add_subcommand("demo", "Make a piece of audio, equalise it and draw the response");
@@ -221,10 +253,11 @@ int main(int argc, char** argv) {
         }
         // A word that is no sub-command says more than that there is none.
         const std::vector<std::string> unknown = app.remaining();
-        const std::string what =
-            unknown.empty() ? error.what()
-                            : '"' + unknown.front() +
-                                  "\": expected render, params, presets, info, response or demo";
+        const std::string what = unknown.empty()
+                                     ? error.what()
+                                     : '"' + unknown.front() +
+                                           "\": expected render, params, presets, info, "
+                                           "response, formula or demo";
         std::cerr << "cairn-host: " << OneLine(what) << " (see cairn-host --help)\n";
         return Usage;
     }
@@ -235,6 +268,8 @@ int main(int argc, char** argv) {
         return RunParams(json);
     if (*responseCommand)
         return RunResponse(response);
+    if (*formulaCommand)
+        return RunFormula(formula);
     if (*infoCommand)
         return RunReport(module, DescribeModule);
     if (*presetsCommand)

@@ -1,6 +1,7 @@
-// The picture of the response: axes of round numbers that hold the data, and curves that are drawn
-// where they have values and nowhere else.
+// Pictures of responses and formulas: axes of round numbers that hold the data, and curves that are
+// drawn where they have values and nowhere else.
 #include "apps/TestFiles.h"
+#include "cairn-host/FormulaPlot.h"
 #include "cairn-host/PlotAxis.h"
 #include "cairn-host/Response.h"
 #include "cairn-host/ResponsePlot.h"
@@ -60,7 +61,52 @@ TEST(FrequencyTicks, AreRoundAndFewAndNeverNone) {
     EXPECT_LE(GetFrequencyTicks(0.001, std::nextafter(0.001, 1.0)).size(), 9u);
 }
 
-class Plot : public CFolderTest {};
+TEST(LinearTicks, AreRoundAndFewAndNeverNone) {
+    const auto labels = [](double from, double to) {
+        std::string text;
+        for (const STick& tick : GetLinearTicks(from, to, 5))
+            text += tick.m_Label + " ";
+        return text;
+    };
+    EXPECT_EQ(labels(-1.0, 1.0), "-1 -0.5 0 0.5 1 ");
+    EXPECT_EQ(labels(-0.3, 0.95), "0 0.5 ");
+    EXPECT_EQ(labels(-1e150, 1e150), "-1e+150 -5e+149 0 5e+149 1e+150 ");
+}
+
+TEST(ValueRange, HoldsFiniteValuesAndIsNeverEmpty) {
+    const std::vector<double> cases[] = {{},
+                                         {0.0},
+                                         {-3.0, 5.0},
+                                         {1e9, 1e9 + 1e-7},
+                                         {std::nan(""), s_Infinity},
+                                         {-1e300, 1e300, s_Infinity}};
+    for (const std::vector<double>& values : cases) {
+        const SValueRange range = FindValueRange(values);
+        EXPECT_LT(range.m_Min, range.m_Max);
+        EXPECT_TRUE(std::isfinite((range.m_Max - range.m_Min) / 1e-3));
+        for (const double value : values) {
+            if (std::abs(value) < 1e100) {
+                EXPECT_LE(range.m_Min, value);
+                EXPECT_GE(range.m_Max, value);
+            }
+        }
+    }
+}
+
+class Plot : public CFolderTest {
+protected:
+    using CPicture = std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)>;
+
+    CPicture ReadPicture(const char* name) {
+        return {cairo_image_surface_create_from_png(In(name).c_str()), cairo_surface_destroy};
+    }
+    // The colour at a place, as 0xrrggbb.
+    static unsigned GetPixel(const CPicture& picture, int x, int y) {
+        const unsigned char* data = cairo_image_surface_get_data(picture.get()) +
+                                    y * cairo_image_surface_get_stride(picture.get());
+        return reinterpret_cast<const std::uint32_t*>(data)[x] & 0xffffffu;
+    }
+};
 
 TEST_F(Plot, CurveIsDrawnWhereItHasValues) {
     SPlot plot;
@@ -72,19 +118,15 @@ TEST_F(Plot, CurveIsDrawnWhereItHasValues) {
     ASSERT_TRUE(DrawPlot(plot, In("a.svg")));
     EXPECT_NE(ReadBytes("a.svg").find("<svg"), std::string::npos);
     ASSERT_TRUE(DrawPlot(plot, In("a.png")));
-    const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> picture(
-        cairo_image_surface_create_from_png(In("a.png").c_str()), cairo_surface_destroy);
+    const CPicture picture = ReadPicture("a.png");
     const int width = cairo_image_surface_get_width(picture.get());
     ASSERT_GT(width, 0);
     // Of the upper half, which holds no legend: where the curve's pure colour is.
     int red = 0, beyond = 0, rows = 0;
     for (int y = 0; y < cairo_image_surface_get_height(picture.get()) / 2; ++y) {
-        const auto* row = reinterpret_cast<const std::uint32_t*>(
-            cairo_image_surface_get_data(picture.get()) +
-            y * cairo_image_surface_get_stride(picture.get()));
         const int before = red;
         for (int x = 0; x < width; ++x) {
-            const bool isRed = (row[x] & 0xffffffu) == 0xff0000u;
+            const bool isRed = GetPixel(picture, x, y) == 0xff0000u;
             red += isRed;
             beyond += isRed && x >= width / 2 + 30;
         }
@@ -93,6 +135,18 @@ TEST_F(Plot, CurveIsDrawnWhereItHasValues) {
     EXPECT_GT(red, 500);
     EXPECT_EQ(beyond, 0);
     EXPECT_LE(rows, 4); // A level curve: no line falls to where the values end.
+}
+
+// Low is dark and high is light, in the right corner, and what has no value is neither.
+TEST_F(Plot, SurfaceHasItsValuesInTheirPlaces) {
+    const SSweep x = {"x", 0.0, 1.0, 1};
+    ASSERT_TRUE(DrawFormulaSurface({"t", "s"}, x, x, {0.0, 0.5, std::nan(""), 1.0}, In("a.png")));
+    const CPicture picture = ReadPicture("a.png");
+    const int left = 130, right = 990, top = 110, bottom = 600;
+    EXPECT_EQ(GetPixel(picture, left, bottom), 0x440154u);
+    EXPECT_EQ(GetPixel(picture, right, bottom), 0x21918du);
+    EXPECT_EQ(GetPixel(picture, right, top), 0xfde725u);
+    EXPECT_EQ(GetPixel(picture, left, top), 0xd1d6deu);
 }
 
 } // namespace

@@ -63,6 +63,20 @@ TEST_F(Program, FaultsAreOneLineEachAndLeaveNothing) {
         {"render in.wav full.wav", 1, "full.wav: can't be written: No space left"},
         {"render in.wav out.wav --block-size 0", 1, "--block-size \"0\""},
         {"render in.wav out.wav --set 'Mid (1)=1' --set 'x\ny=1'", 1, "\"x?y\""},
+        {"formula '1 +'", 1, "\"1 +\": isn't a valid formula"},
+        {"formula ''", 1, "isn't a valid formula"},
+        {"formula a --param b=1", 1, "--param b: the formula has no free name"},
+        {"formula a --param a", 1, "--param a: expected NAME=VALUE"},
+        {"formula a --param a=1x", 1, "--param a=1x: expected a number"},
+        {"formula a --x a=0:1", 1, "--x a=0:1: expected NAME=FROM:TO:STEPS"},
+        {"formula a --x a=1:1:5", 1, "--x a=1:1:5: expected FROM below TO"},
+        {"formula a --x a=0:1:0", 1, "--x a=0:1:0: expected 1 to"},
+        {"formula a --y a=0:1:9", 1, "needs --x"},
+        {"formula a --x a=0:1:9999 --y b=0:1:9999", 1, "expected at most"},
+        {"formula 1 -o a.png", 1, "a single value makes no file"},
+        {"formula a --x a=0:1:9 -o a.gif", 1, "a.gif: unknown extension"},
+        {"formula a --x a=0:1:9 -o full.png", 1, "full.png: can't be written: No space left"},
+        {"formula", 2, "FORMULA"},
         {"response -o full.png", 1, "full.png: can't be written: No space left"},
         {"response -o a.csv --points 1", 1, "--points 1: expected 2 to"},
         {"response -o a.csv --from 500 --to 500", 1, "--from 500: expected less than --to"},
@@ -152,6 +166,31 @@ TEST_F(Program, ListsTellWhatThePluginIs) {
         for (const char* part : parts)
             EXPECT_NE(m_Output.find(part), std::string::npos) << part << "isn't in\n" << m_Output;
     }
+}
+
+TEST_F(Program, FormulasGiveValuesAndTables) {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"'2 + 3 * 4'", "14\n", ""},
+        {"-- '-2 ^ 2'", "4\n", ""},
+        {"'demo + render' --param demo=+1.5 --param render=-.5", "1\n",
+         "cairn-host: note: free names: demo = 1.5, render = -0.5\n"},
+        {"'f(2) + g(1, 3) + b'", "4\n",
+         "cairn-host: note: free names: b = 0 (not given)\n"
+         "cairn-host: note: free curves: f (each gives its argument)\n"
+         "cairn-host: note: free surfaces: g (each gives the mean of its arguments)\n"},
+        {"'x ^ 2' --x x=-1:1:2", "x   value\n-1  1\n0   0\n1   1\n", ""},
+        {"'a / y' --x a=1:2:1 --y y=0:2:1",
+         "a  y  value\n1  0  inf\n2  0  inf\n1  2  0.5\n2  2  1\n", ""},
+    };
+    for (const auto& [arguments, output, error] : cases) {
+        SCOPED_TRACE(arguments);
+        EXPECT_EQ(Run(std::string("formula ") + arguments), 0);
+        EXPECT_EQ(m_Output, output);
+        EXPECT_EQ(m_Error, error);
+    }
+    ASSERT_EQ(Run("formula x --x x=0:1:1 -o a.csv"), 0);
+    EXPECT_EQ(m_Output, "");
+    EXPECT_EQ(ReadBytes("a.csv"), "x,value\n0,0\n1,1\n");
 }
 
 TEST_F(Program, PresetsAreListedAsATree) {

@@ -9,10 +9,9 @@
 #include "datamodel/objects/text/ParamDataToText.h"
 #include "datamodel/objects/text/ParamTextEnumValueBuilderString.h"
 #include "datamodel/objects/text/TextParser.h"
+#include "support/CommaLocale.h"
 
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
 #include <sstream>
 
 namespace Lathe::DataModel::Objects {
@@ -183,19 +182,12 @@ TEST(PositionMappers, BringValuesOntoTheirTypeWithoutClamping) {
 }
 
 TEST(ParamText, IsTheSameInACommaLocale) {
-    // One of the machine, or else one made for this test.
-    const std::string folder = testing::TempDir() + "comma_locale";
-    const std::string make = "mkdir -p " + folder + " && localedef -c -i de_DE -f UTF-8 " + folder +
-                             "/de_DE.UTF-8 >/dev/null 2>&1";
-    if (!std::setlocale(LC_ALL, "de_DE.UTF-8") &&
-        (std::system(make.c_str()) != 0 || setenv("LOCPATH", folder.c_str(), 1) != 0 ||
-         !std::setlocale(LC_ALL, "de_DE.UTF-8")))
+    const CCommaLocale locale;
+    if (!locale.IsSet())
         GTEST_SKIP() << "this machine has no locale with a decimal comma";
-    EXPECT_STREQ(std::localeconv()->decimal_point, ",") << "the locale under test is in force";
     const CParamValueToText conversion("%.2f", false, "{value} dB");
     EXPECT_EQ(ToText(conversion, {-1.5}), "-1.50 dB|");
     EXPECT_EQ(Read(conversion, {"12.5 dB", "1,5"}), "12.5|1|");
-    std::setlocale(LC_ALL, "C");
 }
 
 } // namespace

@@ -37,13 +37,13 @@ void SetUpErrors(pANTLR3_BASE_RECOGNIZER recognizer) {
 #endif
 }
 
-pANTLR3_INPUT_STREAM NewInput(const char* text) {
+pANTLR3_INPUT_STREAM NewInput(std::string_view text) {
     // The stream reads both texts where they lie, and never writes to them.
     const auto toBytes = [](const char* bytes) {
         return reinterpret_cast<pANTLR3_UINT8>(const_cast<char*>(bytes));
     };
-    return antlr3StringStreamNew(toBytes(text), ANTLR3_ENC_8BIT,
-                                 static_cast<ANTLR3_UINT32>(std::strlen(text)), toBytes("formula"));
+    return antlr3StringStreamNew(toBytes(text.data()), ANTLR3_ENC_8BIT,
+                                 static_cast<ANTLR3_UINT32>(text.size()), toBytes("formula"));
 }
 
 pFormulaLexer NewLexer(pANTLR3_INPUT_STREAM input) {
@@ -81,7 +81,7 @@ bool CheckParentheses(pANTLR3_COMMON_TOKEN_STREAM tokens, int maxDepth) {
 
 // Freed in the opposite order.
 struct CFormulaTree::SRecognizers {
-    explicit SRecognizers(const char* formula)
+    explicit SRecognizers(std::string_view formula)
         : m_Input(NewInput(formula)),
           m_Lexer(NewLexer(m_Input.get())),
           m_Tokens(antlr3CommonTokenStreamSourceNew(ANTLR3_SIZE_HINT, TOKENSOURCE(m_Lexer))),
@@ -115,8 +115,11 @@ CFormulaNode CFormulaNode::GetChild(int index) const {
         m_Node->getChild(m_Node, static_cast<ANTLR3_UINT32>(index))));
 }
 
-CFormulaTree::CFormulaTree(const char* formula, int maxParentheses)
-    : m_Recognizers(std::make_unique<SRecognizers>(formula)) {
+CFormulaTree::CFormulaTree(const char* formula, int maxParentheses) {
+    const std::size_t length = strnlen(formula, MaxFormulaLength + 1);
+    if (length > MaxFormulaLength)
+        return;
+    m_Recognizers = std::make_unique<SRecognizers>(std::string_view(formula, length));
     if (!CheckParentheses(m_Recognizers->m_Tokens.get(), maxParentheses))
         return;
     const pFormulaParser parser = m_Recognizers->m_Parser.get();

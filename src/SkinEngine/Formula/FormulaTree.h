@@ -52,6 +52,9 @@ private:
     ANTLR3_BASE_TREE_struct* m_Node;
 };
 
+// Bytes. A longer text is no formula: while it is read, it takes some 700 times its length.
+inline constexpr int MaxFormulaLength = 1 << 16;
+
 // Any number of threads may make trees at the same time.
 class CFormulaTree {
 public:
