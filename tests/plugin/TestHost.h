@@ -49,6 +49,15 @@ inline std::string ShowObjects(const auto& curves, const auto& surfaces, const a
     return text.str();
 }
 
+inline std::string ShowOutputs(const IPluginGUIConnections& from) {
+    std::ostringstream text;
+    for (int i = 0; i < from.GetOutputParams()->GetCount(); ++i)
+        text << from.GetOutputParams()->GetElement(i).GetValue() << ' ';
+    text << TakeText(from.GetOutputStrings()->GetElement(0).GetValue()) << ' ';
+    return text.str() + ShowObjects(*from.GetOutputCurves(), *from.GetOutputSurfaces(),
+                                    *from.GetOutputCustomProperties());
+}
+
 // Counts how often it runs, on any thread.
 class CCountCommand : public Core::ICommand {
 public:
@@ -193,9 +202,6 @@ struct SRig {
     }
     const IPluginGUIConnections& Get() { return m_Host->GetConnections(); }
     auto& GetText() { return Get().GetInputStrings()->GetElement(0); }
-    std::string GetOutputText() {
-        return TakeText(Get().GetOutputStrings()->GetElement(0).GetValue());
-    }
 
     CTemporaryHome m_Home;
     CPluginTestFilter* m_Filter;
