@@ -86,7 +86,7 @@ TEST(Instance, FadesToTheDrySignalInTenMillisecondsWithoutMoreRoom) {
     rig.m_Host.Prepare(96000.0);
     DataModel::CJournal journal(rig.Get().GetOutputStrings()->GetElement(0));
     rig.m_Host.Prepare(44100.0, -1, false); // The host no longer tells a block size.
-    EXPECT_EQ(rig.m_Filter->m_InitInfo.m_MaxBlockSize, 512);
+    EXPECT_EQ(rig.m_Filter->m_MaxBlockSize, 512);
     EXPECT_EQ(rig.Get().GetMaxBlockSize()->GetValue(), 0.0);
     EXPECT_EQ(journal.Take(), "v") << "the filter is given everything anew";
     rig.m_Host.SetParam(1, 2.0);
@@ -228,11 +228,12 @@ TEST(Instance, UpdatesOutputsWhileTheHostDoesNotProcess) {
     EXPECT_EQ(timers.GetCount(), 0);
 }
 
-// Both write down what they are told.
-template <class I>
-struct TNoted : I {
-    TNoted(const char* name, std::string& journal) : m_Name(name), m_Journal(journal) {}
-    ~TNoted() override { Note("dies"); }
+// An editor or a model that writes down what it is told.
+struct CNoted : IPluginGUI, IAudioPluginModel {
+    CNoted(const char* name, std::string& journal) : m_Name(name), m_Journal(journal) {}
+    ~CNoted() override { Note("dies"); }
+    void Note(const char* what) { m_Journal += std::string(m_Name) + "-" + what + " "; }
+
     bool Serialize(Serialization::IWriteDataStream& output) const override {
         return Serialization::WriteValue(output, "number", m_Number);
     }
@@ -240,20 +241,11 @@ struct TNoted : I {
         Note("reads");
         return Serialization::ReadValueOrDefault(input, "number", m_Number, 0);
     }
-    void Connect(IPluginGUIConnections* connections) override {
-        Note(connections ? "connect" : "disconnect");
-    }
-    Core::IEventProvider& GetStateChangedEvent() const override { return m_StateChanged; }
-    void Note(const char* what) { m_Journal += std::string(m_Name) + "-" + what + " "; }
+    void Connect(IPluginGUIConnections* to) override { Note(to ? "connect" : "disconnect"); }
+    Core::IEventProvider& GetStateChangedEvent() const override { return m_Changed; }
 
-    const char* m_Name;
-    std::string& m_Journal;
-    mutable Core::CEventProvider m_StateChanged;
-    int m_Number = 0;
-};
-
-struct CNotedGUI : TNoted<IPluginGUI> {
-    using TNoted::TNoted;
+    void Suspend() override { Note("suspend"); }
+    void Resume() override { Note("resume"); }
     bool Open(void*) override { return false; }
     void Close() override {}
     void SetVisible(bool) override {}
@@ -262,15 +254,10 @@ struct CNotedGUI : TNoted<IPluginGUI> {
     void GetSize(int&, int&) const override {}
     const char* GetText() const override { return ""; }
     void* GetNativeWindow() const override { return nullptr; }
-    Core::IEventProvider& GetSizeChangedEvent() const override { return m_StateChanged; }
+    Core::IEventProvider& GetSizeChangedEvent() const override { return m_Changed; }
     double GetTransparency() const override { return 1.0; }
-    Core::IEventProvider& GetTransparencyChangedEvent() const override { return m_StateChanged; }
-    void Suspend() override { Note("suspend"); }
-    void Resume() override { Note("resume"); }
-};
+    Core::IEventProvider& GetTransparencyChangedEvent() const override { return m_Changed; }
 
-struct CNotedModel : TNoted<IAudioPluginModel> {
-    using TNoted::TNoted;
     void Enable(bool enabled) override { Note(enabled ? "on" : "off"); }
     bool IsEnabled() const override { return true; }
     const AppEngine::ISkinModel* GetModel() const override { return nullptr; }
@@ -279,20 +266,25 @@ struct CNotedModel : TNoted<IAudioPluginModel> {
     AppEngine::ISkinModel* GetSharedModel() override { return nullptr; }
     const AppEngine::ISkinModel* GetGlobalModel() const override { return nullptr; }
     AppEngine::ISkinModel* GetGlobalModel() override { return nullptr; }
-    Core::IEventProvider& GetValueChangedEvent() const override { return m_StateChanged; }
+    Core::IEventProvider& GetValueChangedEvent() const override { return m_Changed; }
+
+    const char* m_Name;
+    std::string& m_Journal;
+    mutable Core::CEventProvider m_Changed;
+    int m_Number = 0;
 };
 
 TEST(Instance, LeadsEditorAndModelThroughItsLife) {
     std::string journal;
-    auto* gui = new CNotedGUI("gui", journal); // The instance's, as is the model.
+    auto* gui = new CNoted("gui", journal); // The instance's, as is the model.
     {
         const CTemporaryHome home;
         CTestHost host(std::make_unique<CPluginTestFilter>(STestFilterSetup{.m_HasState = true}),
-                       {.gui = gui, .model = new CNotedModel("model", journal), .guiFeatures = {}});
+                       {.gui = gui, .model = new CNoted("model", journal), .guiFeatures = {}});
         CCountCommand stateChanged;
         host.Connect(&stateChanged);
         DataModel::CJournal moved(host->GetStateChangedEvent());
-        gui->m_StateChanged.Notify();
+        gui->m_Changed.Notify();
         host->GetConnections().GetInputStrings()->GetElement(0).SetValue("new");
         EXPECT_EQ(moved.Take(), "cc");
         EXPECT_EQ(stateChanged.m_Count, 1);
