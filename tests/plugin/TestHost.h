@@ -156,9 +156,7 @@ public:
 
     std::array<float, s_MaxFrames> m_InputSamples[2], m_OutputSamples[2];
     bool m_HadVariations = false;
-    // Of all blocks.
-    int m_SentEvents = 0;
-    MIDI::CMIDIEvent m_LastSent;
+    int m_SentEvents = 0; // Of all blocks.
 
 private:
     CAudioPluginConfig& Complete(CAudioPluginConfig& config, std::unique_ptr<DSP::IFilter> filter) {
@@ -175,7 +173,7 @@ private:
             m_Internals.GetOutputSync().ResetCounter();
             m_Internals.ComputeOutputs();
             for (int i = 0; i < m_Outputs.GetCount(); ++i)
-                m_SentEvents += m_Internals.MakeOutputMIDIEvent(i, m_LastSent);
+                m_SentEvents += m_Internals.MakeOutputMIDIEvent(i, m_Sent);
         }
         if (isTime || m_OutputsPending)
             m_OutputsPending = !m_Internals.PublishOutputs(false);
@@ -190,6 +188,7 @@ public:
 
 private:
     bool m_OutputsPending = false;
+    MIDI::CMIDIEvent m_Sent;
     CMIDICCMessage m_Message;
 };
 

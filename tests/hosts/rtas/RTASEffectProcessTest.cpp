@@ -121,6 +121,13 @@ TEST(RTASEffectProcessTest, OutputsReachTheHostAsTheirSettingsSay) {
         EXPECT_EQ(host.GetValue(3), s_Top);
         EXPECT_EQ(host.m_Log.Take(), isAutomated ? "3=2147483647 " : "");
         EXPECT_TRUE(host.m_SentCount == 1 && host.m_Sent.length == 3 && host.m_Sent.data[2] == 127);
+        for (int block = 0; block < 4; ++block) {
+            host.Render(512);
+            EXPECT_EQ(host.m_SentCount, 0) << "the value stays";
+        }
+        host.m_Process.SetSampleRate(96000);
+        host.Render();
+        EXPECT_EQ(host.m_SentCount, 1) << "the receiver may have forgotten";
     }
 }
 

@@ -42,27 +42,6 @@ TEST(Instance, ABlockSeesWhatMovedSinceTheLast) {
     }
 }
 
-TEST(Instance, ABlockSeesTheTextThatIsNew) {
-    SRig rig;
-    rig.m_Host.Prepare();
-    DataModel::CJournal journal(rig.GetText());
-    std::string shown = "none";
-    for (const char* const text : {"none", "a", "a", "", static_cast<const char*>(nullptr), "b"}) {
-        const bool isNew = !text || text != shown;
-        shown = text ? text : "";
-        rig.GetText().SetValue(text);
-        EXPECT_EQ(journal.Take(), isNew ? "v" : "");
-        const auto* variations = rig.m_Host->GetPropertiesVariations(4);
-        ASSERT_EQ(variations != nullptr, isNew);
-        EXPECT_EQ(TakeText(rig.GetText().GetValue()), shown);
-        if (isNew) {
-            EXPECT_EQ(variations->GetEnd().GetStrings().GetValue(0), shown);
-            EXPECT_EQ(variations->GetVariations(DSP::Params).GetCount(), 0);
-        }
-        rig.m_Host->CommitVariations();
-    }
-}
-
 TEST(Instance, InputsReachTheFilterAndComeBackAsOutputs) {
     for (const bool hasClock : {false, true}) {
         SRig rig({.m_HasClock = hasClock});
@@ -77,6 +56,14 @@ TEST(Instance, InputsReachTheFilterAndComeBackAsOutputs) {
         EXPECT_EQ(journal.Take(), "v");
         // The second number is computed.
         EXPECT_EQ(ShowOutputs(rig.Get()), "0.25 0.125 text 3 4 5");
+        const std::pair<const char*, bool> texts[] = {
+            {"text", false}, {nullptr, true}, {nullptr, false}, {"", true}};
+        for (const auto& [text, isNew] : texts) {
+            rig.GetText().SetValue(text);
+            rig.m_Host.Block();
+            EXPECT_EQ(rig.m_Host.m_HadVariations, isNew);
+        }
+        EXPECT_EQ(TakeText(rig.GetText().GetValue()), "");
     }
 }
 
@@ -116,25 +103,6 @@ TEST(Instance, TellsCustomPropertiesHowAudioRuns) {
         EXPECT_EQ(property.m_RateAtRead, isFromState ? 44100.0 : 0.0) << "told before it reads";
         EXPECT_EQ(property.m_ProcessData, (SProcessData{128, 44100.0, 2, 2}));
     }
-}
-
-TEST(Instance, ControllersMoveParametersAndAreSent) {
-    SRig rig;
-    rig.m_Host.Prepare();
-    CMIDIController& controller = rig.m_Host->GetMIDIController();
-    controller.GetInputSettings()[1].SetMIDIEnabled(true);
-    controller.GetInputSettings()[1].SetNumber(7);
-    rig.m_Host.Control(3, 7, 127);
-    EXPECT_EQ(rig.m_Host.GetParam(1), 2.0);
-
-    controller.GetOutputSettings()[0].SetMIDIEnabled(true);
-    for (int block = 0; block < 40; ++block)
-        rig.m_Host.Block();
-    EXPECT_EQ(rig.m_Host.m_SentEvents, 1); // The value stays, so it is sent once.
-    EXPECT_EQ(rig.m_Host.m_LastSent.GetValue(), 127);
-    rig.m_Host.Prepare(48000.0, 512, false);
-    rig.m_Host.Block();
-    EXPECT_EQ(rig.m_Host.m_SentEvents, 2); // The receiver may have forgotten.
 }
 
 TEST(Instance, FollowsTheDefaultSettingsUntilItHasItsOwn) {

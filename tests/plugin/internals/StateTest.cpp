@@ -36,7 +36,10 @@ protected:
         m_Filter->m_State = 9;
         Get().GetMIDIInputDefault()->SetValue(false);
         Get().GetMIDIOutputDefault()->SetValue(false);
-        m_Host->GetMIDIController().GetInputSettings()[1].SetNumber(77);
+        IMIDICCSetting& input = m_Host->GetMIDIController().GetInputSettings()[1];
+        input.SetNumber(77);
+        input.SetCurve(Math::EParamValueCurve::Exp);
+        input.SetType(EMIDIControlType::Note);
         m_Host->GetMIDIController().GetOutputSettings()[1].SetNumber(78);
         return m_Host.GetState();
     }
@@ -64,9 +67,10 @@ TEST_F(State, ComesBackWhole) {
     for (const char* key :
          {"<Preset ", "version=\"4\"", "progName=\"Default",
           "MIDIInputDefault=", "MIDIOutputDefault=", "<MIDIInputSettings", "number=\"77\"",
-          "<MIDIOutputSettings", "number=\"78\"", "<inputParams count=\"2\" p0=\"1\" p1=\"1.75\"",
-          "<inputStrings count=\"1\" s0='mo&lt;", "<inputCurves ", "<inputSurfaces ",
-          "<inputCustomProperties ", "<internalDSPState ", "<model", "<GUI"}) {
+          "curve=\"Exp\"", "type=\"Note\"", "<MIDIOutputSettings", "number=\"78\"",
+          "<inputParams count=\"2\" p0=\"1\" p1=\"1.75\"", "<inputStrings count=\"1\" s0='mo&lt;",
+          "<inputCurves ", "<inputSurfaces ", "<inputCustomProperties ", "<internalDSPState ",
+          "<model", "<GUI"}) {
         place = moved.find(key, place);
         EXPECT_NE(place, std::string::npos) << key << " in " << moved;
     }

@@ -156,23 +156,20 @@ TEST_F(Presets, OfTheFilterSetItsParameters) {
         params[i].GetInfo().SetMax(2147483647.0 - i);
         params[i].GetInfo().SetMin(-i);
     }
-    std::vector<double> random;
-    for (int preset = 0; preset < 4; ++preset) {
+    const auto apply = [&](int preset) {
         params[0].SetValue(1.0);
         lists.FindByIndex(preset)->Apply();
         EXPECT_EQ(params[0].GetValue(), 0.0) << "Bypass";
-        const std::vector<double> values = {params[1].GetValue(), params[2].GetValue(),
-                                            params[3].GetValue()};
-        if (preset == 1)
-            random = values;
-        const std::vector<double> expected[] = {
-            {5.0, 0.0, 7.0}, random, random /* An unknown kind. */, {1.0, 0.0, random[2]}};
-        EXPECT_EQ(values, expected[preset]);
-    }
+        return std::vector{params[1].GetValue(), params[2].GetValue(), params[3].GetValue()};
+    };
+    EXPECT_EQ(apply(0), (std::vector{5.0, 0.0, 7.0}));
+    const std::vector<double> random = apply(1);
     EXPECT_TRUE(random[0] != 5.0 && random[1] == 0.0 && random[2] != 7.0);
     EXPECT_NE(random[0] + 1.0, random[2] + 3.0) << "a draw for each";
     for (const double value : random)
         EXPECT_NEAR(value, std::round(value), 1e-5); // The products on the way exceed 53 bits.
+    EXPECT_EQ(apply(2), random) << "an unknown kind";
+    EXPECT_EQ(apply(3), (std::vector{1.0, random[1], random[2]})) << "more than the preset holds";
 }
 
 } // namespace
