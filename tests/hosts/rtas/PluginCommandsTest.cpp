@@ -17,7 +17,7 @@ TEST(PluginCommandsTest, PresetsAreSavedAndListed) {
     EXPECT_EQ(host.Command("current-preset"), "Loud?1");
     EXPECT_EQ(host.Command("list-presets"),
               "0\tuser\tA/B\tLoud?1\t\n1\tuser\t\tDefault\tdefault\n");
-    EXPECT_EQ(host.Command("apply-preset", "1"), "");
+    EXPECT_EQ(host.Command("load-preset", presets + "/Default.preset"), "");
     EXPECT_EQ(host.Command("current-preset"), "Default");
 }
 

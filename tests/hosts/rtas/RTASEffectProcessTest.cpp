@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
 #include <future>
 
@@ -99,6 +100,11 @@ TEST(RTASEffectProcessTest, BypassCountsFromTheNextBlock) {
         host.Render();
         EXPECT_EQ(host.m_Outputs[0][0], expected);
     }
+    for (const long control : {0L, -1L, 5L}) { // There are none of these.
+        host.Move(control, s_Top);
+        host.Render();
+        EXPECT_EQ(host.m_Outputs[0][0], 0.5f);
+    }
     // The instance's own bypass goes round by the host, before the block that brings it.
     host.Command("map-midi", "1\t7\t0\t\t\t");
     host.Render(64, {MakeController(7, 127)});
@@ -157,6 +163,7 @@ TEST(RTASEffectProcessTest, OutputsThatMeetAReaderComeWithTheNextBlock) {
     text.SetValue("newer");
     lock.Lock();
     auto preparation = onOtherThread([&] { host.m_Process.SetSampleRate(96000); });
+    EXPECT_EQ(preparation.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
     EXPECT_EQ(Plugin::TakeText(shown.GetValue()), "new");
     lock.Unlock();
     preparation.get();
