@@ -2,8 +2,9 @@
 #include "hosts/TorturedInstance.h"
 #include "platform/TemporaryHome.h"
 
+#include <cstring>
 #include <map>
-#include <regex>
+#include <sstream>
 
 namespace CairnTorture {
 namespace {
@@ -12,13 +13,15 @@ namespace fs = std::filesystem;
 
 // "p3" or "count" to the value, of the element that holds the parameters.
 std::map<std::string, double> ReadParams(const std::string& document) {
-    static const std::regex element("<inputParams [^>]*>"), field("(\\w+)=\"([^\"]*)\"");
-    std::smatch found;
-    std::regex_search(document, found, element);
-    const std::string text = found.str();
     std::map<std::string, double> values;
-    for (std::sregex_iterator i(text.begin(), text.end(), field), end; i != end; ++i)
-        values[i->str(1)] = std::stod(i->str(2));
+    const std::size_t begin = document.find("<inputParams") + std::strlen("<inputParams");
+    std::string text = document.substr(begin, document.find_first_of("/>", begin) - begin);
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '=' || c == '"'; }, ' ');
+    std::istringstream words(text);
+    std::string key, value;
+    while (words >> key >> value)
+        values[key] = std::stod(value);
     return values;
 }
 
