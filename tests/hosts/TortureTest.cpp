@@ -9,9 +9,9 @@
 
 #include <atomic>
 #include <chrono>
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
 #include <functional>
 #include <future>
@@ -29,17 +29,11 @@ constexpr float Bound = 1e9f;
 constexpr int Lowest = std::numeric_limits<std::int32_t>::min();
 constexpr int Highest = std::numeric_limits<std::int32_t>::max();
 // Cases that go round until their time is over.
-constexpr double TimedCases = 6.0;
+constexpr double TimedCases = 4.0;
 
 double ReadVariable(const char* name, double otherwise) {
     const char* const text = std::getenv(name);
     return text ? std::atof(text) : otherwise;
-}
-
-double GetMilliseconds(const std::function<void()>& work) {
-    const auto begin = CClock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(CClock::now() - begin).count();
 }
 
 class Torture : public testing::Test {
@@ -48,8 +42,7 @@ protected:
 
     void Load() {
         m_Module = std::make_unique<CModule>();
-        CairnHost::CStatus status;
-        m_LoadTime = GetMilliseconds([&] { status = m_Module->Load(CAIRN_MODULE_PATH); });
+        const CairnHost::CStatus status = m_Module->Load(CAIRN_MODULE_PATH);
         ASSERT_TRUE(status.IsOk()) << status.GetFault().m_Text;
     }
     // At least one round; a round draws all its chances from m_Random.
@@ -82,9 +75,22 @@ protected:
                                 std::min(top, Draw(0, 1) ? DrawFrom(ends) : Draw(Lowest, Highest)));
         }
     }
-    void CheckBlock(CTorturedInstance& instance, int frames) {
-        ASSERT_EQ(instance.Render(frames), RTAS_OK);
+    void CheckBlock(CTorturedInstance& instance, int frames,
+                    const std::vector<RTASMIDIEvent>& events = {}) {
+        ASSERT_EQ(instance.Render(frames, events), RTAS_OK);
         ASSERT_LE(instance.GetPeak(frames), Bound);
+    }
+    // Any bytes, in order, most of them at the beginning.
+    std::vector<RTASMIDIEvent> DrawEvents(int frames) {
+        std::vector<RTASMIDIEvent> events(
+            std::size_t(frames > 0 && Draw(0, 9) == 0 ? Draw(0, 5000) : 0));
+        for (int offset = 0; RTASMIDIEvent & event : events) {
+            event = {offset, Draw(1, 4), {}};
+            offset = std::min(frames - 1, offset + Draw(0, 1));
+            for (std::uint8_t& byte : event.data)
+                byte = std::uint8_t(Draw(0, 255));
+        }
+        return events;
     }
     // With the state of a new instance, at a rate that it didn't have, audio passes unchanged.
     void CheckRecovers(CTorturedInstance& instance, const std::string& fresh) {
@@ -99,92 +105,62 @@ protected:
 
     CTemporaryHome m_Home;
     std::unique_ptr<CModule> m_Module;
-    double m_LoadTime = 0.0; // Milliseconds.
     std::mt19937 m_Random{1};
 };
 
-TEST_F(Torture, LoadsFastAndLeavesNothingBehind) {
-    for (int round = 0; round < 10; ++round) {
-        if (round > 0)
-            Load();
-        std::unique_ptr<CTorturedInstance> instance;
-        const double first =
-            GetMilliseconds([&] { instance = std::make_unique<CTorturedInstance>(*m_Module); });
-        std::printf("%s load %.2f ms, instance %.2f ms\n", round ? "warm" : "cold", m_LoadTime,
-                    first);
-        // Only tells a hang from a slow machine.
-        EXPECT_LT(m_LoadTime + first, 20000.0);
-        instance->FillNoise(m_Random);
-        CheckBlock(*instance, 512);
-        if (round % 2)
-            instance->Forget(); // The module deletes what its host leaves.
-        instance.reset();
+TEST_F(Torture, LeavesNothingBehind) {
+    for (const bool forgets : {false, true, false, true}) {
+        {
+            CTorturedInstance instance(*m_Module);
+            instance.FillNoise(m_Random);
+            CheckBlock(instance, 512);
+            if (forgets)
+                instance.Forget(); // The module deletes what its host leaves.
+        }
         m_Module.reset();
-        void* const handle = ::dlopen(CAIRN_MODULE_PATH, RTLD_NOW | RTLD_NOLOAD);
-        ASSERT_EQ(handle, nullptr) << "the module stays loaded";
+        ASSERT_EQ(::dlopen(CAIRN_MODULE_PATH, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+        Load();
     }
 }
 
-TEST_F(Torture, AnyRateAndAnyBlockWithEveryControlMovedAtEveryBlock) {
+TEST_F(Torture, AnyRateAnyBlockAndAnySampleWithAllControlsAndMIDIMovedAtEveryBlock) {
     constexpr int rates[] = {44056, 44100, 48000, 48048, 88200, 96000, 176400, 192000, 384000};
     constexpr int lowRates[] = {8000, 11025, 22050, 37123};
     constexpr int sizes[] = {0, 1, 2, 7, 31, 64, 127, 509, 1024, 4099, 8191, 8192};
+    constexpr float denormal = std::numeric_limits<float>::denorm_min();
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    // A full-scale square, silence, denormals, the threshold of silence, an offset.
+    constexpr float cycles[][2] = {{1.0f, -1.0f},
+                                   {0.0f, -0.0f},
+                                   {denormal, -1000 * denormal},
+                                   {1e-10f, 1.1e-10f},
+                                   {1.0f, 1.0f}};
+    constexpr float wild[][2] = {{nan, 0.5f}, {HUGE_VALF, -HUGE_VALF}, {3.4e38f, -3.4e38f}};
     GoRound([&] {
         const bool isLow = Draw(0, 3) == 0;
         CTorturedInstance instance(*m_Module, isLow ? DrawFrom(lowRates) : DrawFrom(rates));
         const std::string fresh = instance.GetChunk();
+        instance.Command("map-midi", "7\t20\t0\t\t\t"); // A controller moves Mid (1).
+        const auto fill = [&](const float(&cycle)[2]) {
+            instance.Fill(
+                [&, i = 0, run = Draw(0, 1) ? 1 : 200]() mutable { return cycle[i++ / run % 2]; });
+        };
         for (int block = 0; block < 100 && !HasFatalFailure(); ++block) {
             SCOPED_TRACE(block);
             if (block % 10 == 9 && !isLow)
                 instance.SetRate(DrawFrom(rates));
-            instance.FillNoise(m_Random);
+            if (Draw(0, 1))
+                instance.FillNoise(m_Random);
+            else
+                fill(cycles[Draw(0, 4)]);
             MoveAll(instance);
-            CheckBlock(instance, Draw(0, 1) ? DrawFrom(sizes) : Draw(0, 8192));
+            const int frames = Draw(0, 1) ? DrawFrom(sizes) : Draw(0, 8192);
+            CheckBlock(instance, frames, DrawEvents(frames));
         }
+        fill(wild[Draw(0, 2)]);
+        ASSERT_EQ(instance.Render(1024), RTAS_OK);
         CheckRecovers(instance, fresh);
     });
-}
-
-TEST_F(Torture, BlocksOfAnySizeMakeTheSameAudio) {
-    constexpr int total = 8192;
-    for (const int size : {1, 2, 61, 64, 509, 4096}) {
-        CTorturedInstance parts(*m_Module), whole(*m_Module);
-        MoveAll(whole);
-        whole.SetControl(1, Lowest);
-        ASSERT_EQ(parts.SetChunk(whole.GetChunk()), RTAS_OK);
-        whole.FillNoise(m_Random);
-        const auto inputs = parts.m_Inputs = whole.m_Inputs;
-        for (int block = 0; block < 4; ++block) { // Until nothing moves.
-            CheckBlock(parts, 512);
-            CheckBlock(whole, 512);
-        }
-        CheckBlock(whole, total);
-        for (int at = 0; at < total; at += size) {
-            const int frames = std::min(size, total - at);
-            for (std::size_t c = 0; c < 2; ++c)
-                std::copy_n(inputs[c].begin() + at, frames, parts.m_Inputs[c].begin());
-            CheckBlock(parts, frames);
-            for (std::size_t c = 0; c < 2; ++c)
-                ASSERT_TRUE(std::equal(whole.m_Outputs[c].begin() + at,
-                                       whole.m_Outputs[c].begin() + at + frames,
-                                       parts.m_Outputs[c].begin()))
-                    << "from frame " << at << " in blocks of " << size;
-        }
-    }
-}
-
-TEST_F(Torture, WrongBlocksAreRefusedAndTouchNothing) {
-    CTorturedInstance instance(*m_Module, 48000, 512);
-    instance.FillNoise(m_Random);
-    const std::vector<RTASMIDIEvent> wrong[] = {
-        {{-1, 3, {}}}, {{512, 3, {}}}, {{0, 0, {}}}, {{0, 5, {}}}, {{9, 3, {}}, {8, 3, {}}}};
-    for (const auto& events : wrong)
-        EXPECT_EQ(instance.Render(512, events), RTAS_WRONG_ARGUMENT);
-    for (const int frames : {-1, Lowest})
-        EXPECT_EQ(instance.Render(frames), RTAS_WRONG_ARGUMENT) << frames;
-    EXPECT_EQ(instance.GetPeak(512), 0.0f);
-    CheckBlock(instance, 512);
-    EXPECT_GT(instance.GetPeak(512), 0.0f);
 }
 
 TEST_F(Torture, InstancesOnTwoThreadsDontKnowOfEachOther) {
@@ -195,19 +171,19 @@ TEST_F(Torture, InstancesOnTwoThreadsDontKnowOfEachOther) {
         for (int block = 0; block < 200; ++block) {
             instance.FillNoise(random);
             instance.SetControl(2 + block % 13, std::int32_t(random()));
-            const int frames = 1 + int(random() % 256);
+            const auto frames = 1 + int(random() % 256);
             EXPECT_EQ(instance.Render(frames), RTAS_OK);
-            audio.insert(audio.end(), instance.m_Outputs[0].begin(),
-                         instance.m_Outputs[0].begin() + frames);
+            const auto& output = instance.m_Outputs[0];
+            audio.insert(audio.end(), output.begin(), output.begin() + frames);
         }
         return audio;
     };
     GoRound([&] {
         const auto seed = static_cast<unsigned>(m_Random());
-        auto first = std::async(std::launch::async, run, seed);
-        auto second = std::async(std::launch::async, run, seed + 1);
-        EXPECT_TRUE(first.get() == run(seed));
-        EXPECT_TRUE(second.get() == run(seed + 1));
+        auto other = std::async(std::launch::async, run, seed);
+        const auto first = run(seed + 1);
+        EXPECT_TRUE(other.get() == run(seed));
+        EXPECT_TRUE(first == run(seed + 1));
     });
 }
 
@@ -240,82 +216,9 @@ TEST_F(Torture, ControlsAndStateFromOtherThreadsWhileBlocksRun) {
         audio.join();
         automation.join();
         EXPECT_LE(peak, Bound);
-        CTorturedInstance other(*m_Module, 96000);
-        for (CTorturedInstance* one : {&instance, &other}) {
-            EXPECT_EQ(one->SetChunk(moved), RTAS_OK);
-            EXPECT_EQ(one->GetChunk(), moved);
-        }
+        EXPECT_EQ(instance.SetChunk(moved), RTAS_OK);
+        EXPECT_EQ(instance.GetChunk(), moved);
         CheckRecovers(instance, fresh);
-    });
-}
-
-TEST_F(Torture, AFloodOfMIDI) {
-    CTorturedInstance instance(*m_Module);
-    const std::string fresh = instance.GetChunk();
-    instance.Command("map-midi", "7\t20\t0\t\t\t"); // A controller moves Mid (1).
-    const std::string mapped = instance.GetChunk();
-    instance.FillNoise(m_Random);
-    for (const int last : {0, 127}) {
-        std::vector<RTASMIDIEvent> events(3000, {0, 3, {0xb0, 20, 64, 0}});
-        events.back().data[2] = std::uint8_t(last);
-        ASSERT_EQ(instance.Render(512, events), RTAS_OK);
-        EXPECT_EQ(instance.GetControl(7), last ? Highest : Lowest);
-    }
-    GoRound([&] {
-        std::vector<RTASMIDIEvent> events(std::size_t(Draw(0, 5000)));
-        int offset = 0;
-        for (RTASMIDIEvent& event : events) {
-            event = {offset, Draw(1, 4), {}};
-            offset = std::min(511, offset + Draw(0, 1));
-            for (std::uint8_t& byte : event.data)
-                byte = std::uint8_t(Draw(0, 255));
-        }
-        ASSERT_EQ(instance.Render(512, events), RTAS_OK);
-        ASSERT_LE(instance.GetPeak(512), Bound);
-    });
-    EXPECT_EQ(instance.SetChunk(mapped), RTAS_OK);
-    EXPECT_EQ(instance.GetChunk(), mapped);
-    CheckRecovers(instance, fresh);
-}
-
-TEST_F(Torture, AnySamples) {
-    constexpr float infinity = std::numeric_limits<float>::infinity();
-    constexpr float denormal = std::numeric_limits<float>::denorm_min();
-    std::vector<float> slow(400, 1.0f);
-    std::fill_n(slow.begin(), 200, -1.0f);
-    struct SCase {
-        const char* m_Name;
-        std::vector<float> m_Cycle;
-        bool m_IsAudio;
-    };
-    const SCase cases[] = {
-        {"silence", {0.0f}, true},
-        {"negative zero", {-0.0f}, true},
-        {"denormals", {denormal, -1000.0f * denormal}, true},
-        {"at the threshold of silence", {1e-10f, 1.1e-10f, 0.0f}, true},
-        {"offset", {1.0f}, true},
-        {"fast square", {1.0f, -1.0f}, true},
-        {"slow square", slow, true},
-        {"one NaN", {0.5f, std::numeric_limits<float>::quiet_NaN(), 0.5f}, false},
-        {"infinities", {infinity, -infinity}, false},
-        {"the greatest numbers", {3.4e38f, -3.4e38f}, false},
-    };
-    GoRound([&] {
-        for (const SCase& sample : cases) {
-            SCOPED_TRACE(sample.m_Name);
-            CTorturedInstance instance(*m_Module);
-            const std::string fresh = instance.GetChunk();
-            MoveAll(instance);
-            instance.Fill(
-                [&, i = 0u]() mutable { return sample.m_Cycle[i++ % sample.m_Cycle.size()]; });
-            for (int block = 0; block < 8; ++block) {
-                ASSERT_EQ(instance.Render(1024), RTAS_OK);
-                ASSERT_TRUE(!sample.m_IsAudio || instance.GetPeak(1024) <= Bound);
-            }
-            instance.Fill([] { return 0.0f; });
-            ASSERT_EQ(instance.Render(1024), RTAS_OK);
-            CheckRecovers(instance, fresh);
-        }
     });
 }
 
@@ -329,21 +232,11 @@ TEST_F(Torture, DamagedChunks) {
             MoveAll(instance);
             const std::string good = instance.GetChunk(code);
             std::string bad = good;
-            switch (Draw(0, 3)) {
-            case 0:
-                bad.resize(std::size_t(Draw(0, int(good.size()))));
-                break;
-            case 1:
-                bad.append(std::size_t(Draw(1, 9)), '\xff');
-                break;
-            case 2: // Random bytes behind a sound header.
-                bad.resize(ChunkHeader + std::size_t(Draw(0, 200)));
+            if (Draw(0, 1))
+                bad.resize(std::size_t(Draw(0, int(good.size()) + 9)), '\xff');
+            if (Draw(0, 3) == 0 && bad.size() > ChunkHeader) // Random bytes behind a sound header.
                 std::generate(bad.begin() + ChunkHeader, bad.end(),
                               [&] { return char(Draw(0, 255)); });
-                break;
-            default:
-                break;
-            }
             for (int flip = Draw(0, 5); flip > 0 && !bad.empty(); --flip)
                 bad[std::size_t(Draw(0, int(bad.size()) - 1))] ^= char(1 << Draw(0, 7));
             // A size that is true lets the damage through to the reader.
@@ -356,32 +249,6 @@ TEST_F(Torture, DamagedChunks) {
         }
     });
     CheckRecovers(instance, fresh);
-}
-
-TEST_F(Torture, ACommaForTheDecimalPoint) {
-    std::string state;
-    // A state through a new instance, and all controls as texts.
-    const auto read = [&] {
-        CTorturedInstance instance(*m_Module);
-        if (state.empty()) {
-            MoveAll(instance);
-            state = instance.GetChunk();
-        }
-        EXPECT_EQ(instance.SetChunk(state), RTAS_OK);
-        std::string text = instance.GetChunk();
-        for (int control = 1; control <= instance.GetControlCount(); ++control)
-            text += instance.GetControlText(control, instance.GetControl(control)) + "\n";
-        return text;
-    };
-    const std::string expected = read();
-    bool isSet = false;
-    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "pt_BR.UTF-8", "de_DE"})
-        isSet = isSet || std::setlocale(LC_ALL, name);
-    if (!isSet)
-        GTEST_SKIP() << "no locale with a decimal comma is installed";
-    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
-    EXPECT_EQ(read(), expected);
-    std::setlocale(LC_ALL, "C");
 }
 
 } // namespace

@@ -7,11 +7,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -25,20 +23,17 @@ public:
     explicit CTorturedInstance(const CairnHost::CModule& module, int rate = 48000,
                                int maxBlock = 8192)
         : m_Module(module), m_FirstRate(rate) {
-        auto call = Make<RTASNewProcess>();
+        RTASNewProcess call{};
         call.sampleRate = rate;
         call.maxBlockSize = (maxBlock + 1) / 2; // Hosts send larger blocks than they announce.
         call.inputs = call.outputs = 2;
-        EXPECT_EQ(Call(RTAS_NEW_PROCESS, call), RTAS_OK);
-        m_Process = call.process;
+        m_Process = Ask(RTAS_NEW_PROCESS, call).process;
         m_Inputs.fill(std::vector<float>(std::size_t(maxBlock)));
         m_Outputs = m_Inputs;
     }
     ~CTorturedInstance() {
-        if (!m_Process)
-            return;
-        auto call = Make<RTASProcessCall>();
-        EXPECT_EQ(Call(RTAS_DELETE_PROCESS, call), RTAS_OK);
+        if (m_Process)
+            Ask(RTAS_DELETE_PROCESS, RTASProcessCall{});
     }
     CTorturedInstance(const CTorturedInstance&) = delete;
     CTorturedInstance& operator=(const CTorturedInstance&) = delete;
@@ -49,8 +44,8 @@ public:
     // --- Audio ---
 
     // The code that comes back.
-    std::int32_t Render(int frames, std::span<const RTASMIDIEvent> events = {}) {
-        auto block = Make<RTASRender>();
+    std::int32_t Render(int frames, const std::vector<RTASMIDIEvent>& events = {}) {
+        RTASRender block{};
         float* const inputs[] = {m_Inputs[0].data(), m_Inputs[1].data()};
         float* const outputs[] = {m_Outputs[0].data(), m_Outputs[1].data()};
         block.inputs = inputs;
@@ -73,73 +68,45 @@ public:
     float GetPeak(int frames) const {
         float peak = 0.0f;
         for (const auto& buffer : m_Outputs) {
-            for (const float sample : std::span(buffer).first(std::size_t(frames)))
-                peak = std::isfinite(sample) ? std::max(peak, std::fabs(sample))
-                                             : std::numeric_limits<float>::infinity();
+            for (int i = 0; i < frames; ++i) {
+                const float level = std::fabs(buffer[std::size_t(i)]);
+                peak = std::max(peak, level < HUGE_VALF ? level : HUGE_VALF);
+            }
         }
         return peak;
     }
-    // The greatest difference between a channel's input and its output.
+    // The greatest difference between a channel's input and its output, which are numbers.
     float GetDistance(int frames) const {
         float distance = 0.0f;
-        for (std::size_t channel = 0; channel < m_Outputs.size(); ++channel) {
-            for (std::size_t i = 0; i < std::size_t(frames); ++i) {
-                const float d = std::fabs(m_Outputs[channel][i] - m_Inputs[channel][i]);
-                distance = d <= distance ? distance : d; // So that a NaN stays.
-            }
+        for (std::size_t c = 0; c < 2; ++c) {
+            for (std::size_t i = 0; i < std::size_t(frames); ++i)
+                distance = std::max(distance, std::fabs(m_Outputs[c][i] - m_Inputs[c][i]));
         }
         return distance;
     }
-    void SetRate(int rate) {
-        auto call = Make<RTASProcessCall>();
-        call.value = rate;
-        EXPECT_EQ(Call(RTAS_SET_SAMPLE_RATE, call), RTAS_OK);
-    }
+    void SetRate(int rate) { Ask(RTAS_SET_SAMPLE_RATE, RTASProcessCall{0, nullptr, rate}); }
 
     // --- Controls ---
 
-    int GetControlCount() const {
-        auto call = Make<RTASProcessCall>();
-        EXPECT_EQ(Call(RTAS_GET_CONTROL_COUNT, call), RTAS_OK);
-        return call.value;
-    }
-    std::int32_t GetControl(int control) const {
-        auto call = Make<RTASControlText>();
-        call.control = control;
-        EXPECT_EQ(Call(RTAS_GET_CONTROL_VALUE, call), RTAS_OK);
-        return call.value;
-    }
+    int GetControlCount() const { return Ask(RTAS_GET_CONTROL_COUNT, RTASProcessCall{}).value; }
     void SetControl(int control, std::int32_t value) {
-        auto call = Make<RTASControlText>();
-        call.control = control;
-        call.value = value;
-        EXPECT_EQ(Call(RTAS_SET_CONTROL_VALUE, call), RTAS_OK);
-    }
-    std::string GetControlText(int control, std::int32_t value) const {
-        std::array<char, 64> text{};
-        auto call = Make<RTASControlText>();
-        call.control = control;
-        call.value = value;
-        call.length = static_cast<std::int32_t>(text.size()) - 1;
-        call.text = text.data();
-        EXPECT_EQ(Call(RTAS_CONTROL_VALUE_TO_TEXT, call), RTAS_OK);
-        return text.data();
+        Ask(RTAS_SET_CONTROL_VALUE, RTASControlText{0, nullptr, control, value, 0, nullptr});
     }
 
     // --- State ---
 
     // 0 behind the last.
     std::uint32_t GetChunkCode(int index) const {
-        auto chunk = Make<RTASChunk>();
+        RTASChunk chunk{};
         chunk.index = index;
         return Call(RTAS_GET_CHUNK_CODE, chunk) == RTAS_OK ? chunk.code : 0;
     }
     // The whole record; asked for again while it grows between the two questions.
     std::string GetChunk(std::uint32_t code = StateChunk) const {
         for (;;) {
-            auto chunk = Make<RTASChunk>();
+            RTASChunk chunk{};
             chunk.code = code;
-            EXPECT_EQ(Call(RTAS_GET_CHUNK_SIZE, chunk), RTAS_OK);
+            chunk = Ask(RTAS_GET_CHUNK_SIZE, chunk);
             std::string record(std::size_t(chunk.recordSize), '\0');
             chunk.record = record.data();
             if (Call(RTAS_GET_CHUNK, chunk) == RTAS_OK)
@@ -147,7 +114,7 @@ public:
         }
     }
     std::int32_t SetChunk(std::string record, std::uint32_t code = StateChunk) {
-        auto chunk = Make<RTASChunk>();
+        RTASChunk chunk{};
         chunk.code = code;
         chunk.record = record.data();
         chunk.recordSize = static_cast<std::int32_t>(record.size());
@@ -155,10 +122,10 @@ public:
     }
     // What the command gives; a failure is the test's.
     std::string Command(const char* name, const std::string& argument = {}) {
-        auto call = Make<RTASPluginCommand>();
+        RTASPluginCommand call{};
         call.name = name;
         call.argument = argument.c_str();
-        EXPECT_EQ(Call(RTAS_PLUGIN_COMMAND, call), RTAS_OK);
+        call = Ask(RTAS_PLUGIN_COMMAND, call);
         EXPECT_TRUE(call.succeeded) << name << " " << argument << ": " << call.result;
         return call.result;
     }
@@ -171,16 +138,16 @@ public:
 
 private:
     template <class Argument>
-    Argument Make() const {
-        Argument argument{};
-        argument.size = sizeof argument;
-        if constexpr (requires { argument.process; })
-            argument.process = m_Process;
-        return argument;
-    }
-    template <class Argument>
     std::int32_t Call(std::int32_t operation, Argument& argument) const {
+        argument.size = sizeof argument;
+        argument.process = m_Process;
         return m_Module.Call(operation, &argument);
+    }
+    // The argument as it comes back; a failure is the test's.
+    template <class Argument>
+    Argument Ask(std::int32_t operation, Argument argument) const {
+        EXPECT_EQ(Call(operation, argument), RTAS_OK);
+        return argument;
     }
 
     const CairnHost::CModule& m_Module;

@@ -16,6 +16,8 @@
 #include <atomic>
 #include <cmath>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 namespace Lathe::Audio::Plugin {
 
@@ -60,6 +62,10 @@ public:
 inline const Runtime::CFactoryRegistration<CTestProperty, DataModel::Objects::IDynamicPropertyValue>
     TestPropertyRegistration;
 
+} // namespace Lathe::Audio::Plugin
+
+namespace Lathe::Audio::DSP {
+
 struct STestFilterSetup {
     bool m_HasState = false, m_HasClock = false;
     int m_Inputs = 2, m_Outputs = 2;
@@ -67,23 +73,21 @@ struct STestFilterSetup {
 
 // The parameter is the level of what comes out, and the first output parameter repeats it; the
 // second is the highest sample since the outputs were last reset.
-class CPluginTestFilter : public DSP::CBaseCoreDSPFilter, public Serialization::ISerializable {
+class CPluginTestFilter : public CBaseCoreDSPFilter, public Serialization::ISerializable {
 public:
-    static constexpr int s_MaxLatency = 4096;
-
     explicit CPluginTestFilter(STestFilterSetup setup = {})
         : m_Setup(setup), m_ProcessInfo(setup.m_Inputs, setup.m_Outputs) {
-        using DSP::CParamInfo, DataModel::Objects::EParamType;
         m_InputParamsInfo.SetCount(1);
         m_OutputParamsInfo.SetCount(2);
         m_InputParamsInfo[0] = m_OutputParamsInfo[0] =
-            CParamInfo(EParamType::Float, 0.0, 2.0, 1.0, "Level", "", "");
-        m_OutputParamsInfo[1] = CParamInfo(EParamType::Float, 0.0, 9.0, 0.0, "Peak", "", "");
-        Declare(m_InputStringsInfo, m_OutputStringsInfo, DSP::CStringInfo("Text", "", "none"));
-        Declare(m_InputCurvesInfo, m_OutputCurvesInfo, DSP::CCurveInfo("Curve", ""));
-        Declare(m_InputSurfacesInfo, m_OutputSurfacesInfo, DSP::CSurfaceInfo("Surface", ""));
+            CParamInfo(DataModel::Objects::EParamType::Float, 0.0, 2.0, 1.0, "Level", "", "");
+        m_OutputParamsInfo[1] = m_OutputParamsInfo[0];
+        m_OutputParamsInfo[1].SetMax(9.0);
+        Declare(m_InputStringsInfo, m_OutputStringsInfo, CStringInfo("Text", "", "none"));
+        Declare(m_InputCurvesInfo, m_OutputCurvesInfo, CCurveInfo("Curve", ""));
+        Declare(m_InputSurfacesInfo, m_OutputSurfacesInfo, CSurfaceInfo("Surface", ""));
         Declare(m_InputCustomPropertiesInfo, m_OutputCustomPropertiesInfo,
-                DSP::CCustomPropertyInfo("Property", "", new CTestProperty(1.0)));
+                CCustomPropertyInfo("Property", "", new Plugin::CTestProperty(1.0)));
         m_NewOutputs.SetDefaults(*this);
         m_Outputs = m_Defaults = m_NewOutputs;
         CPluginTestFilter::SetInputValues(m_Defaults);
@@ -92,73 +96,62 @@ public:
 
     // With the same setup only.
     CPluginTestFilter* Clone() const override { return new CPluginTestFilter(m_Setup); }
-    const DSP::IConstFilterProductInfo& GetProductInfo() const override {
-        static const DSP::CFilterProductInfo info("", "Test", "1.0", "", "", 9, "");
+    const IConstFilterProductInfo& GetProductInfo() const override {
+        static const CFilterProductInfo info("", "Test", "1.0", "", "", 9, "");
         return info;
     }
-    const DSP::IProcessInfo& GetProcessInfo() const override { return m_ProcessInfo; }
-    // Between two blocks; up to s_MaxLatency.
+    const IProcessInfo& GetProcessInfo() const override { return m_ProcessInfo; }
+    // Between two blocks; up to 4096.
     void SetLatency(int samples) { m_TailLength = m_Latency = samples; }
 
-    void Init(double sampleRate, const DSP::CFilterInitInfo& info) override {
+    void Init(double sampleRate, const CFilterInitInfo& info) override {
         const CUse use(*this);
-        m_InitInfo = info;
+        m_Rates.push_back(sampleRate);
+        m_MaxBlockSize = info.m_MaxBlockSize;
         m_Clock.SetSampleRate(sampleRate);
-        // Its own defaults: those that the base would make, a later block would free.
-        DSP::CFilterInitInfo ownDefaults = info;
-        ownDefaults.m_ResetToDefaults = false;
-        CBaseCoreDSPFilter::Init(sampleRate, ownDefaults);
-        if (info.m_ResetToDefaults)
-            SetInputValues(m_Defaults);
+        CBaseCoreDSPFilter::Init(sampleRate, {}); // Nobody resets a filter that has moved.
     }
-    void Process(const DSP::CFilterProcessData& data) override {
+    void Process(const CFilterProcessData& data) override {
         const CUse use(*this);
-        ++m_Blocks;
+        Note(data, m_Blocks);
         CBaseCoreDSPFilter::Process(data);
     }
-    bool ProcessSilence(const DSP::CFilterProcessData& data) override {
+    bool ProcessSilence(const CFilterProcessData& data) override {
         const CUse use(*this);
-        ++m_SilentBlocks;
+        Note(data, m_SilentBlocks);
         return CBaseCoreDSPFilter::ProcessSilence(data);
     }
-    void SetInputValues(const DSP::IConstFilterProperties& values) override {
-        Move(dynamic_cast<const DSP::CFilterProperties&>(values), m_NewOutputs);
+    void SetInputValues(const IConstFilterProperties& values) override {
+        Move(dynamic_cast<const CFilterProperties&>(values), m_NewOutputs);
         m_OutputParams.SetValue(0, m_NewOutputs.GetParams().GetValue(0));
     }
 
-    Serialization::ISerializable* GetInternalDSPState() override {
-        return m_Setup.m_HasState ? this : nullptr;
-    }
-    DSP::IOutputDataSync* GetOutputDataSync() override {
+    ISerializable* GetInternalDSPState() override { return m_Setup.m_HasState ? this : nullptr; }
+    IOutputDataSync* GetOutputDataSync() override {
         return m_Setup.m_HasClock ? &m_Clock : nullptr;
     }
     void ResetOutputs() override {
         const CUse use(*this);
-        m_OutputParams.SetValue(1, m_Peak);
-        m_Peak = 0.0;
+        m_OutputParams.SetValue(1, std::exchange(m_Peak, 0.0));
     }
     bool UpdateOutputs() override {
         const CUse use(*this);
-        const bool any = Move(m_NewOutputs, m_Outputs);
+        Move(m_NewOutputs, m_Outputs);
         m_NewOutputs.ClearDirty();
-        return any;
+        return true;
     }
-    const DSP::IConstParamsValues& GetOutputParamsValues() const override { return m_OutputParams; }
-    const DSP::IConstStrings& GetOutputStrings() const override { return m_Outputs.GetStrings(); }
-    const DSP::IConstCurves& GetOutputCurves() const override { return m_Outputs.GetCurves(); }
-    const DSP::IConstSurfaces& GetOutputSurfaces() const override {
-        return m_Outputs.GetSurfaces();
-    }
-    const DSP::IConstCustomProperties& GetOutputCustomProperties() const override {
+    const IConstParamsValues& GetOutputParamsValues() const override { return m_OutputParams; }
+    const IConstStrings& GetOutputStrings() const override { return m_Outputs.GetStrings(); }
+    const IConstCurves& GetOutputCurves() const override { return m_Outputs.GetCurves(); }
+    const IConstSurfaces& GetOutputSurfaces() const override { return m_Outputs.GetSurfaces(); }
+    const IConstCustomProperties& GetOutputCustomProperties() const override {
         return m_Outputs.GetCustomProperties();
     }
-    DSP::IDirtyFlags& GetOutputStringsDirty() override { return m_Outputs.GetDirty(DSP::Strings); }
-    DSP::IDirtyFlags& GetOutputCurvesDirty() override { return m_Outputs.GetDirty(DSP::Curves); }
-    DSP::IDirtyFlags& GetOutputSurfacesDirty() override {
-        return m_Outputs.GetDirty(DSP::Surfaces);
-    }
-    DSP::IDirtyFlags& GetOutputCustomPropertiesDirty() override {
-        return m_Outputs.GetDirty(DSP::CustomProperties);
+    IDirtyFlags& GetOutputStringsDirty() override { return m_Outputs.GetDirty(Strings); }
+    IDirtyFlags& GetOutputCurvesDirty() override { return m_Outputs.GetDirty(Curves); }
+    IDirtyFlags& GetOutputSurfacesDirty() override { return m_Outputs.GetDirty(Surfaces); }
+    IDirtyFlags& GetOutputCustomPropertiesDirty() override {
+        return m_Outputs.GetDirty(CustomProperties);
     }
 
     bool Serialize(Serialization::IWriteDataStream& output) const override {
@@ -173,8 +166,13 @@ public:
     // Calls that overlapped with a block, an Init, a change of outputs or an access to the state.
     int GetOverlaps() const { return m_Overlaps; }
 
-    DSP::CFilterInitInfo m_InitInfo;
+    // Of all calls of Init, and of the last.
+    std::vector<double> m_Rates;
+    int m_MaxBlockSize = 0;
     int m_Blocks = 0, m_SilentBlocks = 0;
+    // Of the last block; -1 for none.
+    int m_Events = -1;
+    bool m_HasTransport = false;
     int m_State = 0; // The internal one.
 
 protected:
@@ -182,15 +180,14 @@ protected:
         m_Delays = {};
         m_Peak = 0.0;
     }
-    void ProcessStreams(const DSP::IConstAudioStreams& inputs, DSP::IAudioStreams& outputs,
-                        int samples,
-                        const DSP::IConstFilterPropertiesVariations* variations) override {
+    void ProcessStreams(const IConstAudioStreams& inputs, IAudioStreams& outputs, int samples,
+                        const IConstFilterPropertiesVariations* variations) override {
         if (variations)
             SetInputValues(variations->GetEnd());
         m_Clock.AddSamples(samples);
         for (int c = 0; c < std::min({inputs.GetCount(), outputs.GetCount(), 2}); ++c) {
-            const DSP::IAudioStream& input = inputs.GetElement(c);
-            DSP::IAudioStream& output = outputs.GetElement(c);
+            const IAudioStream& input = inputs.GetElement(c);
+            IAudioStream& output = outputs.GetElement(c);
             if (!input.GetData() || !output.GetData())
                 continue;
             auto& delay = m_Delays[static_cast<std::size_t>(c)];
@@ -216,17 +213,19 @@ private:
         const CPluginTestFilter& m_Filter;
     };
 
+    void Note(const CFilterProcessData& data, int& blocks) {
+        ++blocks;
+        m_Events = data.m_pMIDIEvents ? data.m_pMIDIEvents->GetCount() : -1;
+        m_HasTransport = data.m_pTransportInfo != nullptr;
+    }
     // What is dirty, with its flags.
-    static bool Move(const DSP::CFilterProperties& from, DSP::CFilterProperties& to) {
-        bool any = false;
-        for (int kind = 0; kind < DSP::InputKinds; ++kind) {
+    static void Move(const CFilterProperties& from, CFilterProperties& to) {
+        for (int kind = 0; kind < InputKinds; ++kind) {
             to.AssignDirty(from, kind);
             for (int i = 0; i < from.GetDirty(kind).GetCount(); ++i)
                 if (from.GetDirty(kind).GetElement(i).IsDirty())
                     to.GetDirty(kind).GetElement(i).SetDirty();
-            any = DSP::IsAnyDirty(from, kind) || any;
         }
-        return any;
     }
     template <class TInfos, class TInfo>
     void Declare(TInfos& inputs, TInfos& outputs, const TInfo& info) {
@@ -236,17 +235,23 @@ private:
     }
 
     STestFilterSetup m_Setup;
-    DSP::CProcessInfo m_ProcessInfo;
-    DSP::COutputDataSync m_Clock{50.0};
-    std::array<std::array<float, 2 * s_MaxLatency>, 2> m_Delays{};
+    CProcessInfo m_ProcessInfo;
+    COutputDataSync m_Clock{50.0};
+    std::array<std::array<float, 8192>, 2> m_Delays{};
     unsigned m_Position = 0;
     double m_Peak = 0.0;
     // What came in, with the flags of what waits for UpdateOutputs, and what is out.
-    DSP::CFilterProperties m_NewOutputs, m_Outputs;
+    CFilterProperties m_NewOutputs, m_Outputs;
     // Held to the end, so that no block frees one.
-    DSP::CFilterProperties m_Defaults;
-    DSP::CParamsValues m_OutputParams{2};
+    CFilterProperties m_Defaults;
+    CParamsValues m_OutputParams{2};
     mutable std::atomic<int> m_Uses{0}, m_Overlaps{0};
 };
+
+} // namespace Lathe::Audio::DSP
+
+namespace Lathe::Audio::Plugin {
+
+using DSP::CPluginTestFilter, DSP::STestFilterSetup;
 
 } // namespace Lathe::Audio::Plugin

@@ -49,6 +49,15 @@ inline std::string ShowObjects(const auto& curves, const auto& surfaces, const a
     return text.str();
 }
 
+inline std::string ShowOutputs(const IPluginGUIConnections& from) {
+    std::ostringstream text;
+    for (int i = 0; i < from.GetOutputParams()->GetCount(); ++i)
+        text << from.GetOutputParams()->GetElement(i).GetValue() << ' ';
+    text << TakeText(from.GetOutputStrings()->GetElement(0).GetValue()) << ' ';
+    return text.str() + ShowObjects(*from.GetOutputCurves(), *from.GetOutputSurfaces(),
+                                    *from.GetOutputCustomProperties());
+}
+
 // Counts how often it runs, on any thread.
 class CCountCommand : public Core::ICommand {
 public:
@@ -147,9 +156,7 @@ public:
 
     std::array<float, s_MaxFrames> m_InputSamples[2], m_OutputSamples[2];
     bool m_HadVariations = false;
-    // Of all blocks.
-    int m_SentEvents = 0;
-    MIDI::CMIDIEvent m_LastSent;
+    int m_SentEvents = 0; // Of all blocks.
 
 private:
     CAudioPluginConfig& Complete(CAudioPluginConfig& config, std::unique_ptr<DSP::IFilter> filter) {
@@ -166,7 +173,7 @@ private:
             m_Internals.GetOutputSync().ResetCounter();
             m_Internals.ComputeOutputs();
             for (int i = 0; i < m_Outputs.GetCount(); ++i)
-                m_SentEvents += m_Internals.MakeOutputMIDIEvent(i, m_LastSent);
+                m_SentEvents += m_Internals.MakeOutputMIDIEvent(i, m_Sent);
         }
         if (isTime || m_OutputsPending)
             m_OutputsPending = !m_Internals.PublishOutputs(false);
@@ -181,6 +188,7 @@ public:
 
 private:
     bool m_OutputsPending = false;
+    MIDI::CMIDIEvent m_Sent;
     CMIDICCMessage m_Message;
 };
 
@@ -193,9 +201,6 @@ struct SRig {
     }
     const IPluginGUIConnections& Get() { return m_Host->GetConnections(); }
     auto& GetText() { return Get().GetInputStrings()->GetElement(0); }
-    std::string GetOutputText() {
-        return TakeText(Get().GetOutputStrings()->GetElement(0).GetValue());
-    }
 
     CTemporaryHome m_Home;
     CPluginTestFilter* m_Filter;

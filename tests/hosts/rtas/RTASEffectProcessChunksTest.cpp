@@ -9,60 +9,54 @@
 namespace LatheExt::RTASPlugin {
 namespace {
 
-class RTASChunks : public testing::Test {
-protected:
-    // With the zero, if the data have one.
-    SChunkRecord* Make(const std::string& data) {
-        m_Record.m_Size = static_cast<std::int32_t>(56 + data.size());
-        std::memcpy(m_Record.m_Data, data.data(), data.size());
-        return &m_Record;
-    }
-    std::string Get() {
-        long size = 0;
-        EXPECT_EQ(m_Process.GetChunkSize(m_Record.m_Code, &size), 0);
-        Make(std::string(std::size_t(size) - 56, 'x'));
-        EXPECT_EQ(m_Process.GetChunk(m_Record.m_Code, &m_Record), 0);
-        EXPECT_EQ(std::strlen(m_Record.m_Data) + 57, std::size_t(size));
-        return std::string(m_Record.m_Data, std::size_t(size) - 56);
-    }
-    // Twice, since the first must not move the state.
-    void CheckEqual(const std::string& data, bool expected) {
-        for (char isEqual : {char(0), char(1)}) {
-            EXPECT_EQ(m_Process.CompareChunk(Make(data), &isEqual), 0);
-            EXPECT_EQ(isEqual != 0, expected);
-        }
-    }
-    long Set(const std::string& data) { return m_Process.SetChunk(m_Record.m_Code, Make(data)); }
-
-    CTestProcess m_Host;
-    CProcess& m_Process = m_Host.m_Process;
+TEST(RTASChunks, AStateComesBackAndNoRecordDoesHarm) {
+    CTestProcess host;
+    CProcess& process = host.m_Process;
     struct : SChunkRecord {
         char m_Data[1 << 15];
-    } m_Record{{0, {}, MakeFourCharCode("mrws"), {}}, {}};
-};
-
-TEST_F(RTASChunks, AStateComesBackAndNoRecordDoesHarm) {
-    EXPECT_EQ(Get().find("inputParams"), std::string::npos); // Not prepared: an empty document.
-    m_Host.Start().Move(2, s_Top);
-    const std::string saved = Get();
+    } record{{0, {}, MakeFourCharCode("mrws"), {}}, {}};
+    // With the zero, if the data have one.
+    const auto make = [&](const std::string& data) {
+        record.m_Size = static_cast<std::int32_t>(56 + data.size());
+        std::memcpy(record.m_Data, data.data(), data.size());
+        return &record;
+    };
+    const auto get = [&] {
+        long size = 0;
+        EXPECT_EQ(process.GetChunkSize(record.m_Code, &size), 0);
+        make(std::string(std::size_t(size) - 56, 'x'));
+        EXPECT_EQ(process.GetChunk(record.m_Code, &record), 0);
+        EXPECT_EQ(std::strlen(record.m_Data) + 57, std::size_t(size));
+        return std::string(record.m_Data, std::size_t(size) - 56);
+    };
+    // Twice, since the first must not move the state.
+    const auto isEqual = [&](const std::string& data) {
+        char equal[] = {0, 1};
+        EXPECT_EQ(process.CompareChunk(make(data), &equal[0]), 0);
+        EXPECT_EQ(process.CompareChunk(make(data), &equal[1]), 0);
+        EXPECT_EQ(equal[0], equal[1]);
+        return equal[0] != 0;
+    };
+    EXPECT_EQ(get().find("inputParams"), std::string::npos); // Not prepared: an empty document.
+    host.Start().Move(2, s_Top);
+    const std::string saved = get();
     const std::string unended = saved.substr(0, saved.size() - 1);
     for (const std::string& data : {saved, unended}) {
-        m_Host.Move(2, s_Bottom);
-        CheckEqual(saved, false);
-        EXPECT_EQ(Set(data), 0);
-        EXPECT_EQ(m_Host.GetValue(2), s_Top);
-        CheckEqual(saved, true);
+        host.Move(2, s_Bottom);
+        EXPECT_FALSE(isEqual(saved));
+        EXPECT_EQ(process.SetChunk(record.m_Code, make(data)), 0);
+        EXPECT_EQ(host.GetValue(2), s_Top);
+        EXPECT_TRUE(isEqual(saved) && !isEqual(unended));
     }
     for (const std::string& data :
          {std::string(), std::string(1, '\0'), unended.substr(0, 60), std::string("\xFF\xFE")}) {
-        EXPECT_EQ(Set(data), 0);
-        CheckEqual(data, false);
+        EXPECT_EQ(process.SetChunk(record.m_Code, make(data)), 0);
+        EXPECT_FALSE(isEqual(data));
         // A room that has become too small stays as it is.
-        EXPECT_EQ(m_Process.GetChunk(m_Record.m_Code, Make(data)), 0);
-        EXPECT_EQ(std::string(m_Record.m_Data, data.size()), data);
+        EXPECT_EQ(process.GetChunk(record.m_Code, make(data)), 0);
+        EXPECT_EQ(std::string(record.m_Data, data.size()), data);
     }
-    CheckEqual(unended, false);
-    CheckEqual(saved, true);
+    EXPECT_TRUE(isEqual(saved));
 }
 
 } // namespace

@@ -2,14 +2,15 @@
 // outputs go where they belong, and that the audio thread allocates nothing.
 #include "hosts/rtas/TestProcess.h"
 
+#include "dsp/FilterTestSupport.h"
 #include "dsp/PluginsFilters/DualCairnEQ.h"
 #include "support/AllocationCounter.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
-#include <random>
-#include <thread>
+#include <future>
 
 namespace LatheExt::RTASPlugin {
 namespace {
@@ -22,70 +23,56 @@ RTASMIDIEvent MakeController(int number, int value) {
 }
 
 TEST(RTASEffectProcessTest, EqualsTheBareFilterToTheBit) {
-    std::mt19937 random(7);
+    DSP::Testing::CRandom random;
     CTestProcess host(std::make_unique<CDualCairnEQ>());
     host.Start();
     CDualCairnEQ bare;
-    DSP::CFilterProperties values;
-    values.Setup(bare);
-    values.SetDefaults(bare);
+    DSP::Testing::CRig rig(bare, 96000.0);
     const auto& infos = bare.GetInputParamsInfo();
     for (int i = 1; i < infos.GetCount(); ++i) {
-        const long value = static_cast<std::int32_t>(random());
+        const auto value = static_cast<std::int32_t>(random.Between(-2147483648.0, 2147483647.0));
         host.Move(i + 2, value);
-        values.GetParams().SetValue(
-            i, infos.GetElement(i).GetPositionMapper().PositionToValue(
-                   (static_cast<double>(value) + 2147483648.0) / 4294967295.0));
+        const double position = (value + 2147483648.0) / 4294967295.0;
+        rig.Set({infos.GetElement(i).GetPositionMapper().PositionToValue(position)}, i);
     }
     host.m_Process.SetSampleRate(96000);
-    bare.Init(96000.0, {});
-    bare.SetInputValues(values);
-    DSP::CAudioStream streams[2];
-    DSP::CAudioStreams both(streams, 2, false);
     for (const bool isInPlace : {false, true}) {
-        for (auto& input : host.m_Inputs)
-            std::generate(input.begin(), input.end(),
-                          [&] { return static_cast<float>(random() % 2001) / 1000.0f - 1.0f; });
-        auto expected = host.m_Outputs = host.m_Inputs;
-        for (std::size_t c = 0; c < 2; ++c)
-            streams[c].Aim(expected[c].data(), 512);
-        bare.Process({&both, &both, 512});
+        const DSP::Testing::CSignals noise = random.Noise(2, 512);
+        std::copy(noise.begin(), noise.end(), host.m_Inputs.begin());
+        host.m_Outputs = host.m_Inputs;
         host.Render(512, {}, isInPlace);
-        EXPECT_TRUE(host.m_Outputs == expected);
+        const DSP::Testing::CSignals expected = rig.Run(noise);
+        EXPECT_TRUE(std::equal(expected.begin(), expected.end(), host.m_Outputs.begin()));
     }
 }
 
 TEST(RTASEffectProcessTest, SilenceAndMissingChannels) {
-    struct SCase {
-        Plugin::STestFilterSetup m_Setup;
-        short m_Inputs, m_Outputs;
-        std::vector<float> m_Levels, m_Expected; // The outputs were -1 before.
-        int m_SilentBlocks = 0;
-    };
-    for (const SCase& row : {
-             SCase{{}, 2, 2, {1, 2, 3}, {1, 2, -1}},
-             {{}, 1, 3, {1, 2, 3}, {1, 0, -1}},
-             {{}, 3, 1, {1, 2, 3}, {1, -1, -1}},
-             {{}, 0, 2, {1, 2, 3}, {0, 0, -1}, 1},
-             {{}, 3, 2, {9.9e-11f, -9.9e-11f, 1}, {0, 0, -1}, 1},
-             {{}, 2, 2, {0, -1.1e-10f, 0}, {0, -1.1e-10f, -1}},
-             // A source, of which this filter makes nothing, has no silence; a listener lets audio
-             // pass.
-             {{.m_Inputs = 0}, 0, 1, {0, 0, 0}, {-1, -1, -1}},
-             {{.m_Outputs = 0}, 2, 3, {1, 2, 3}, {1, 2, 0}},
-         }) {
-        CTestProcess host(row.m_Setup);
-        host.m_Setup.m_Inputs = row.m_Inputs;
-        host.m_Setup.m_Outputs = row.m_Outputs;
+    using Levels = std::vector<float>;
+    using Setup = Plugin::STestFilterSetup;
+    // The filter; the host's channels; what goes in and, over -1, what comes out; silent blocks.
+    const std::tuple<Setup, short, short, Levels, Levels, int> cases[] = {
+        {{}, 2, 2, {1, 2, 3}, {1, 2, -1}, 0},
+        {{}, 1, 3, {1, 2, 3}, {1, 0, -1}, 0},
+        {{}, 3, 1, {1, 2, 3}, {1, -1, -1}, 0},
+        {{}, 0, 2, {1, 2, 3}, {0, 0, -1}, 1},
+        {{}, 3, 2, {9.9e-11f, -9.9e-11f, 1}, {0, 0, -1}, 1},
+        {{}, 2, 2, {0, -1.1e-10f, 0}, {0, -1.1e-10f, -1}, 0},
+        // A source, of which this filter makes nothing, has no silence; a listener lets audio pass.
+        {{.m_Inputs = 0}, 0, 1, {0, 0, 0}, {-1, -1, -1}, 0},
+        {{.m_Outputs = 0}, 2, 3, {1, 2, 3}, {1, 2, 0}, 0}};
+    for (const auto& [setup, inputs, outputs, levels, expected, silentBlocks] : cases) {
+        CTestProcess host(setup);
+        host.m_Setup.m_Inputs = inputs;
+        host.m_Setup.m_Outputs = outputs;
         for (std::size_t c = 0; c < 3; ++c)
-            host.m_Inputs[c].assign(512, row.m_Levels[c]);
+            host.m_Inputs[c].assign(512, levels[c]);
         host.Start().Render();
         for (std::size_t c = 0; c < 3; ++c) {
-            EXPECT_EQ(host.m_Outputs[c][63], row.m_Expected[c]);
+            EXPECT_EQ(host.m_Outputs[c][63], expected[c]);
             EXPECT_EQ(host.m_Outputs[c][64], -1.0f);
         }
-        EXPECT_EQ(host.m_Seen->m_SilentBlocks, row.m_SilentBlocks);
-        EXPECT_EQ(host.m_Seen->m_Blocks, 1 - row.m_SilentBlocks);
+        EXPECT_EQ(host.m_Seen->m_SilentBlocks, silentBlocks);
+        EXPECT_EQ(host.m_Seen->m_Blocks, 1 - silentBlocks);
     }
 }
 
@@ -107,15 +94,16 @@ TEST(RTASEffectProcessTest, BypassCountsFromTheNextBlock) {
     host.Start().Move(2, s_Top); // Twice the level.
     host.m_Inputs[0].assign(512, 0.25f);
     host.Render(); // The level gets there.
-    for (const auto& [control, value, expected] : {std::tuple{1L, 1L, 0.25f},
-                                                   {1L, 0L, 0.5f},
-                                                   {1L, s_Bottom, 0.5f},
-                                                   {0L, s_Top, 0.5f},
-                                                   {-1L, s_Top, 0.5f},
-                                                   {5L, s_Top, 0.5f}}) {
-        host.Move(control, value);
+    for (const auto& [value, expected] :
+         {std::pair{1L, 0.25f}, {0L, 0.5f}, {s_Top, 0.25f}, {s_Bottom, 0.5f}}) {
+        host.Move(1, value);
         host.Render();
         EXPECT_EQ(host.m_Outputs[0][0], expected);
+    }
+    for (const long control : {0L, -1L, 5L}) { // There are none of these.
+        host.Move(control, s_Top);
+        host.Render();
+        EXPECT_EQ(host.m_Outputs[0][0], 0.5f);
     }
     // The instance's own bypass goes round by the host, before the block that brings it.
     host.Command("map-midi", "1\t7\t0\t\t\t");
@@ -139,24 +127,48 @@ TEST(RTASEffectProcessTest, OutputsReachTheHostAsTheirSettingsSay) {
         EXPECT_EQ(host.GetValue(3), s_Top);
         EXPECT_EQ(host.m_Log.Take(), isAutomated ? "3=2147483647 " : "");
         EXPECT_TRUE(host.m_SentCount == 1 && host.m_Sent.length == 3 && host.m_Sent.data[2] == 127);
+        for (int block = 0; block < 4; ++block) {
+            host.Render(512);
+            EXPECT_EQ(host.m_SentCount, 0) << "the value stays";
+        }
+        host.m_Process.SetSampleRate(96000);
+        host.Render();
+        EXPECT_EQ(host.m_SentCount, 1) << "the receiver may have forgotten";
     }
 }
 
 TEST(RTASEffectProcessTest, OutputsThatMeetAReaderComeWithTheNextBlock) {
     CTestProcess host;
     const auto& connections = host.Start().m_Process.GetInternals().GetConnections();
+    auto& text = connections.GetInputStrings()->GetElement(0);
     const auto& shown = connections.GetOutputStrings()->GetElement(0);
+    auto& lock = const_cast<Core::ILock&>(dynamic_cast<const Core::ILock&>(shown));
+    const auto onOtherThread = [](auto call) { return std::async(std::launch::async, call); };
+    CActionCommand handler([&] {
+        const bool isFree =
+            onOtherThread([&] { return lock.TryLock() && (lock.Unlock(), true); }).get();
+        EXPECT_TRUE(isFree) << "no lock in events";
+    });
+    shown.GetValueChangedEvent().AddCommand(handler);
     const long changes = host.m_Process.GetChangeCount();
-    connections.GetInputStrings()->GetElement(0).SetValue("new");
+    text.SetValue("new");
     EXPECT_EQ(host.m_Process.GetChangeCount(), changes + 1);
-    {
-        const Core::CAutoLock reading(
-            const_cast<Core::ILock&>(dynamic_cast<const Core::ILock&>(shown)));
-        std::thread([&] { host.Render(); }).join();
-    }
+    lock.Lock();
+    onOtherThread([&] { host.Render(); }).get();
     EXPECT_EQ(Plugin::TakeText(shown.GetValue()), "none");
+    lock.Unlock();
     host.Render(1);
     EXPECT_EQ(Plugin::TakeText(shown.GetValue()), "new");
+    // A preparation waits for the reader.
+    text.SetValue("newer");
+    lock.Lock();
+    auto preparation = onOtherThread([&] { host.m_Process.SetSampleRate(96000); });
+    EXPECT_EQ(preparation.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    EXPECT_EQ(Plugin::TakeText(shown.GetValue()), "new");
+    lock.Unlock();
+    preparation.get();
+    EXPECT_EQ(Plugin::TakeText(shown.GetValue()), "newer");
+    shown.GetValueChangedEvent().RemoveCommand(handler);
 }
 
 TEST(RTASEffectProcessTest, RatesReachTheFilterOnceAndOfflineThereIsNeitherMIDINorTime) {
@@ -181,27 +193,19 @@ TEST(RTASEffectProcessTest, PagesHoldEightControls) {
     EXPECT_EQ(std::memcmp(table, expected.data(), 74), 0);
 }
 
-// Beside the host's other threads, as it is.
 TEST(RTASEffectProcessTest, ABlockAllocatesNothing) {
     CTestProcess host;
     host.m_Setup.m_Calls = {}; // The log allocates.
     host.Start().Command("map-midi", "2\t20\t0\t\t\t");
-    std::thread audio([&] {
-        std::vector<RTASMIDIEvent> events(3000, MakeController(20, 0));
+    std::vector<RTASMIDIEvent> events(3000, MakeController(20, 0));
+    for (int i = 0; i < 100; ++i) {
+        events.back().data[2] = static_cast<std::uint8_t>(i);
+        host.m_Inputs[0].assign(512, i % 3 == 0 ? 0.0f : 0.5f);
         const CAllocationScope scope;
-        for (int i = 0; i < 100; ++i) {
-            events.back().data[2] = static_cast<std::uint8_t>(i);
-            host.m_Inputs[0].assign(512, i % 3 == 0 ? 0.0f : 0.5f);
-            host.Render(256, events);
-        }
-        EXPECT_EQ(scope.GetCount(), 0);
-    });
-    for (long i = 0, size = 0; i < 100; ++i) {
         host.Move(i % 4 + 1, i % 2 == 0 ? s_Bottom : s_Top);
-        host.m_Process.GetChunkSize(MakeFourCharCode("mrws"), &size);
+        host.Render(256, events);
+        ASSERT_EQ(scope.GetCount(), 0);
     }
-    audio.join();
-    EXPECT_EQ(host.m_Seen->GetOverlaps(), 0);
 }
 
 } // namespace

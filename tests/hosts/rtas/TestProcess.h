@@ -1,5 +1,5 @@
-// An instance with a filter that notes what it is given, and a host around it that notes what it
-// hears and has up to three channels of buffers.
+// An instance with a test filter, and a host around it that notes what it hears and has up to three
+// channels of buffers.
 #pragma once
 
 #include "core/RealtimePermission.h"
@@ -37,26 +37,6 @@ struct SHostLog {
     std::string m_Text;
 };
 
-// Notes the events and the time line of its last block, and all its rates.
-class CSeenFilter : public Plugin::CPluginTestFilter {
-public:
-    using CPluginTestFilter::CPluginTestFilter;
-
-    void Init(double sampleRate, const DSP::CFilterInitInfo& info) override {
-        m_Rates.push_back(sampleRate);
-        CPluginTestFilter::Init(sampleRate, info);
-    }
-    bool ProcessSilence(const DSP::CFilterProcessData& data) override {
-        m_Events = data.m_pMIDIEvents->GetCount();
-        m_HasTransport = data.m_pTransportInfo != nullptr;
-        return CPluginTestFilter::ProcessSilence(data);
-    }
-
-    std::vector<double> m_Rates;
-    int m_Events = -1;
-    bool m_HasTransport = false;
-};
-
 class COpenProcess : public CRTASEffectProcess {
 public:
     using CRTASEffectProcess::CRTASEffectProcess;
@@ -66,13 +46,13 @@ public:
 class CTestProcess {
 public:
     explicit CTestProcess(std::unique_ptr<DSP::IFilter> filter)
-        : m_Seen(dynamic_cast<CSeenFilter*>(filter.get())),
+        : m_Seen(dynamic_cast<Plugin::CPluginTestFilter*>(filter.get())),
           m_Process(Plugin::CAudioPluginConfig{.filter = filter.release(),
                                                .staticSettings = &m_Settings}) {
         m_Setup.m_Calls = m_Log.MakeCalls();
     }
     explicit CTestProcess(Plugin::STestFilterSetup setup = {})
-        : CTestProcess(std::make_unique<CSeenFilter>(setup)) {}
+        : CTestProcess(std::make_unique<Plugin::CPluginTestFilter>(setup)) {}
 
     CTestProcess& Start() {
         m_Process.SetUp(m_Setup);
@@ -108,7 +88,7 @@ public:
     SHostLog m_Log;
     SProcessSetup m_Setup;
     // Null for another filter.
-    CSeenFilter* m_Seen;
+    Plugin::CPluginTestFilter* m_Seen;
     std::vector<std::vector<float>> m_Inputs{3, std::vector<float>(512)};
     std::vector<std::vector<float>> m_Outputs{3, std::vector<float>(512, -1.0f)};
     // Of the last block.
