@@ -10,6 +10,7 @@ class TCaptureObjectLink : public TBaseCaptureObjectLink<TSource, TTarget> {
 public:
     // Writes the target at once if both are there.
     TCaptureObjectLink(TSource* source, TTarget* target) { this->Join(source, target); }
+    ~TCaptureObjectLink() override { this->Disconnect(); }
 
 protected:
     TCaptureObjectLink() = default;

@@ -67,7 +67,10 @@ protected:
             OnTick();
     }
     // A new target has no part in what is under way to the old one.
-    void BeforeTargetChange() override { m_Animating = false; }
+    void BeforeTargetChange() override {
+        m_Animating = false;
+        ReleasePending();
+    }
     void OnSourceBeginCapture() override {
         if (!this->IsActive())
             return;

@@ -141,15 +141,20 @@ void CCaptureParamConnection::Unsubscribe() {
     m_SecondCommands.Unsubscribe(m_Second);
 }
 
+// A call on the way comes of the change that this connection itself made. It is not let through
+// even under the constraint: the way back is rarely exact, and would move what somebody has just
+// set.
 void CCaptureParamConnection::Sync(bool forward) {
+    if (m_Depth == 0)
+        Pass(forward);
+}
+
+void CCaptureParamConnection::Pass(bool forward) {
     if (m_Paused || !m_Enabled)
         return;
     ++m_Depth;
-    // A nested call comes of the change that this connection itself made.
-    if (m_Depth == 1 || (m_Constraint && !m_Diff)) {
-        MoveOther(forward);
-        ReadPreviousValues();
-    }
+    MoveOther(forward);
+    ReadPreviousValues();
     --m_Depth;
 }
 
@@ -161,12 +166,13 @@ void CCaptureParamConnection::MoveOther(bool forward) {
     const double mapped = Map(from->GetValue(), forward);
     if (m_Diff) {
         const double previous = forward ? m_FirstPrevious : m_SecondPrevious;
-        to->SetValue(to->GetValue() + mapped - Map(previous, forward));
+        // The step comes first, so that a step of 0 leaves the side exactly where it is.
+        to->SetValue(to->GetValue() + (mapped - Map(previous, forward)));
         return;
     }
     to->SetValue(mapped);
     if (m_Constraint && m_Depth < 2 && Core::Differs(to->GetValue(), mapped))
-        Sync(!forward);
+        Pass(!forward);
 }
 
 double CCaptureParamConnection::Map(double value, bool forward) const {

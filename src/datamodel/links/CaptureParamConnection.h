@@ -62,8 +62,9 @@ private:
     void Replace(ICaptureParam*& side, ICaptureParam* param);
     void Unsubscribe();
 
-    // From first to second, or back.
+    // From first to second, or back: what events and setters ask for.
     void Sync(bool forward);
+    void Pass(bool forward);
     void MoveOther(bool forward);
     double Map(double value, bool forward) const;
     void ReadPreviousValues();
@@ -97,7 +98,7 @@ private:
     mutable Core::CEventProvider m_ReverseChanged;
     bool m_Normalized = false;
     bool m_Constraint = false;
-    // Of synchronisations in progress.
+    // Of passes in progress: 2 while the constraint pushes back.
     int m_Depth = 0;
     bool m_Diff = false;
     // At the end of the last synchronisation.

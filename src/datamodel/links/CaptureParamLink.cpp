@@ -74,7 +74,8 @@ void CCaptureParamLink::Update() {
     const double previous = std::exchange(m_PreviousValue, value);
     if (!GetTarget() || (IsOnModifyOnly() && !Core::Differs(value, previous)))
         return;
-    GetTarget()->SetValue(m_Diff ? GetTarget()->GetValue() + Transfer(value) - Transfer(previous)
+    // The step comes first, so that a step of 0 leaves the target exactly where it is.
+    GetTarget()->SetValue(m_Diff ? GetTarget()->GetValue() + (Transfer(value) - Transfer(previous))
                                  : Transfer(value));
 }
 

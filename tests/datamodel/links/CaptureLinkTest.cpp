@@ -32,16 +32,19 @@ struct CNumber : CEmptyDynamicPropertyValue {
 template <class TLink, class TObject>
 void CheckCopying(const auto& value, auto read) {
     TObject source, target;
-    TLink link(nullptr, nullptr);
+    auto link = std::make_unique<TLink>(nullptr, nullptr);
     CJournal journal(target);
-    link.SetOnModifyOnly(true);
-    link.SetTarget(&target);
-    link.SetSource(&source);
+    link->SetOnModifyOnly(true);
+    link->SetTarget(&target);
+    link->SetSource(&source);
     source.Capture();
     source.SetValue(value);
-    source.Release();
     EXPECT_EQ(read(target.GetValue()), read(value));
-    EXPECT_EQ(journal.Take(), "bve");
+    CActionCommand atEnd([&] { source.SetValue(TObject().GetValue()); });
+    target.GetEndCaptureEvent().AddCommand(atEnd);
+    link.reset(); // Its end moves the source once more.
+    EXPECT_EQ(journal.Take(), "bvev");
+    target.GetEndCaptureEvent().RemoveCommand(atEnd);
 }
 
 TEST(CaptureObjectLink, CopiesEachKindOfValue) {

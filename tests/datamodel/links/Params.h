@@ -12,6 +12,7 @@ struct CRangedParam : CCaptureParam {
         GetInfo().SetMin(min);
         SetValue(value);
     }
+    explicit CRangedParam(double value) : CRangedParam(-1000, 1000, value) {}
     // A whole gesture.
     void Move(double value) {
         Capture();
