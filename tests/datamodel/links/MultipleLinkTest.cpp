@@ -1,6 +1,7 @@
 // Proves what many-to-many links write to which targets and when, that they forward a gesture as
 // one bracket, and that cycles and handlers that meddle with the link come to rest.
 
+#include "datamodel/links/CaptureParamConnection.h"
 #include "datamodel/links/MultipleCaptureCurveLink.h"
 #include "datamodel/links/MultipleCaptureParamLink.h"
 #include "datamodel/links/MultipleCaptureStringLink.h"
@@ -174,6 +175,20 @@ TEST_F(MultipleParamLinkOfThree, LetsHandlersMeddle) {
     check([&] { m_Link.SetPaused(true); }, "v", "");
     check([&] { m_Link.AddTarget(&b), m_Link.AddTarget(&c), m_Link.AddSource(&a); }, "vvv", "vvv");
     check([&] { m_Link.Disconnect(); }, "v", "");
+}
+
+TEST_F(MultipleParamLinkOfThree, SettlesWithAConnectionInside) {
+    c.GetInfo().SetMax(10.0);
+    CCaptureParamConnection inside;
+    inside.SetFirst(&b);
+    inside.SetSecond(&c);
+    inside.SetConstraint(true);
+    inside.SetEnable(true);
+    // For each of its two places, a moves b, and c can't follow and pulls it back.
+    Check([&] { a.SetValue(30.0); }, "vvvv", "v");
+    EXPECT_EQ(b.GetValue(), 10.0);
+    Check([&] { b.SetValue(-30.0); }, "v", "v");
+    EXPECT_EQ(c.GetValue(), -30.0) << "the mean is 10 still, and the connection comes behind";
 }
 
 TEST_F(MultipleParamLinkOfThree, SettlesInCycles) {
