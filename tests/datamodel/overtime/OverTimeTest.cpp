@@ -121,7 +121,6 @@ TEST_F(OverTime, AnimationsGlideAndFollow) {
     EXPECT_EQ(events.Take(), "v") << "the steps of the target are not its own";
     m_Param.SetValue(0.5);
     check(0, 0.5, 0.5);
-    check(300, 0.5, 0.5);
     animation.SetValue(200.0);
     check(300, 200.0, 100.0); // The target limits.
     m_Param.SetValue(0.0);
@@ -143,7 +142,6 @@ TEST_F(OverTime, AnimationsGlideAndFollow) {
 }
 
 TEST_F(OverTime, AnimationsCanBeSwitchedPausedAndCut) {
-    CCaptureParam other;
     m_Param.SetValue(3.0);
     CCaptureParamAnimation animation(&m_Timers, nullptr, GetNow);
     CJournal journal(animation.GetEnableChangedEvent());
@@ -175,10 +173,6 @@ TEST_F(OverTime, AnimationsCanBeSwitchedPausedAndCut) {
     Advance(300);
     EXPECT_EQ(animation.GetValue(), 9.0) << "held";
     EXPECT_EQ(m_Param.GetValue(), 2.0);
-    animation.Connect(m_Param);
-    animation.Connect(other);
-    m_Param.SetValue(1.0);
-    EXPECT_EQ(animation.GetValue(), 0.0) << "only the present target counts";
 }
 
 TEST_F(OverTime, ParamsAtAPointFollowAllTheirInputs) {
@@ -236,7 +230,7 @@ TEST_F(OverTime, HandlersMayConnectOtherObjects) {
         atCurve.GetBeginCaptureEvent().AddCommand(set);
         animation.Connect(m_Param);
         m_Param.SetValue(5.0);
-        EXPECT_EQ(animation.GetValue(), 0.0);
+        EXPECT_EQ(animation.GetValue(), 0.0) << "only the present target counts";
         m_Curve.Capture();
         atCurve.SetCurve(&m_Curve);
         EXPECT_EQ(atCurve.GetValue(), 3.0);
@@ -250,23 +244,20 @@ TEST_F(OverTime, HandlersMayConnectOtherObjects) {
 TEST_F(OverTime, TicksEndBeforeTheirObjects) {
     System::CMessageLoopThread loop;
     System::CEvent ticked;
-    std::unique_ptr<CCurveFromParamOverTime> curve;
     std::unique_ptr<CCaptureSurfaceFromCurveOverTime> surface;
     std::unique_ptr<CCaptureParamAnimation> animation;
-    CActionCommand onTick([&] { ticked.Set(); });
-    CActionCommand create([&] {
+    CActionCommand onTick([&] { ticked.Set(); }), create([&] {
         m_Param.GetValueChangedEvent().AddCommand(onTick);
-        curve = std::make_unique<CCurveFromParamOverTime>(&m_Param, &loop);
         surface = std::make_unique<CCaptureSurfaceFromCurveOverTime>(&m_Curve, &loop);
         animation = std::make_unique<CCaptureParamAnimation>(&loop, &m_Param);
+        surface->SetRefreshTime(1), animation->SetRefreshTime(1);
         animation->SetDuration(3'600'000);
         animation->SetValue(100.0);
-        curve->SetRefreshTime(1), surface->SetRefreshTime(1), animation->SetRefreshTime(1);
     });
     loop.Start();
     loop.Invoke(&create, false);
     ticked.Wait(-1);
-    animation.reset(), curve.reset(), surface.reset();
+    animation.reset(), surface.reset();
 }
 
 } // namespace
