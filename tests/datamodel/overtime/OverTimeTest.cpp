@@ -69,6 +69,7 @@ TEST_F(OverTime, HistoriesShowThePastOfTheirSource) {
     EXPECT_NEAR(at(-1.025), 60.0, 1e-9) << "a line across the gap";
     curve.Disconnect();
     Advance(50);
+    curve.Connect(m_Param);
     EXPECT_EQ(at(0.0), 80.0) << "what is remembered stays";
     CCurveFromParamOverTime frozen(&m_Param, &m_Timers, [] { return std::uint64_t{1}; });
     CJournal frozenEvents(frozen);
@@ -77,7 +78,8 @@ TEST_F(OverTime, HistoriesShowThePastOfTheirSource) {
     Advance(50);
     EXPECT_EQ(frozen.GetValue().Evaluate(0.0), 80.0) << "a clock that stands still loses points";
     EXPECT_EQ(frozenEvents.Take(), "vv") << "but no events";
-    curveEvents.Take(), surfaceEvents.Take();
+    EXPECT_EQ(curveEvents.Take(), "vvv") << "none while it was cut";
+    surfaceEvents.Take();
     curve.SetDuration(100), surface.SetDuration(100);
     EXPECT_EQ(curveEvents.Take() + "," + surfaceEvents.Take(), ",v");
 }
