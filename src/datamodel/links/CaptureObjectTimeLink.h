@@ -18,17 +18,19 @@ namespace Lathe::DataModel {
 
 // Ticks run on the timer provider's thread, which must be the source's. A transition that is under
 // way is played to its end also when the link is paused, switched off or without a source.
+//
+// A subclass calls StopTimer first in its destructor, as does the owner that cuts a link in its
+// own.
 template <class TSource, class TTarget>
 class TCaptureObjectTimeLink : public TCaptureObjectLink<TSource, TTarget>,
                                public Core::IRefreshTime {
     using Base = TCaptureObjectLink<TSource, TTarget>;
 
 public:
-    ~TCaptureObjectTimeLink() override { m_TimerProvider->RemoveTimer(&m_TickCommand, false); }
-
+    // From 1 on: a timer without a period would never let its thread sleep.
     void SetRefreshTime(int milliseconds) override {
-        m_TimerProvider->RemoveTimer(&m_TickCommand, false);
-        m_RefreshTime = milliseconds;
+        StopTimer();
+        m_RefreshTime = std::max(milliseconds, 1);
         m_TimerProvider->AddTimer(m_RefreshTime, &m_TickCommand);
     }
     int GetRefreshTime() const override { return m_RefreshTime; }
@@ -44,6 +46,8 @@ public:
     }
     // True while the link itself writes the target.
     bool IsInStep() const { return m_InStep; }
+    // For the end: when this returns, no tick runs any more, not on another thread either.
+    void StopTimer() { m_TimerProvider->RemoveTimer(&m_TickCommand, false); }
 
 protected:
     // The provider is not owned. Ticks of the source of time are nanoseconds.
@@ -74,9 +78,9 @@ protected:
     void OnSourceBeginCapture() override {
         if (!this->IsActive())
             return;
+        m_ReleasePending = false; // A handler of the capture may ask for it again.
         if (!this->HasCapturedTarget())
             Base::OnSourceBeginCapture();
-        m_ReleasePending = false;
     }
     void OnSourceEndCapture() override {
         if (!this->HasCapturedTarget())

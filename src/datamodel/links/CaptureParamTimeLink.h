@@ -14,7 +14,10 @@ public:
     CCaptureParamTimeLink(
         System::ITimerProvider* timerProvider, IConstCaptureParam* source, ICaptureParam* target,
         System::CPreciseCPUWatch::TickSource getNow = &System::CPreciseCPUWatch::GetNow);
-    ~CCaptureParamTimeLink() override { Disconnect(); }
+    ~CCaptureParamTimeLink() override {
+        StopTimer();
+        Disconnect();
+    }
 
 protected:
     bool StartStep() override;

@@ -18,6 +18,7 @@ CCaptureParamAnimation::CCaptureParamAnimation(System::ITimerProvider* timerProv
 }
 
 CCaptureParamAnimation::~CCaptureParamAnimation() {
+    m_Link.StopTimer();
     CCaptureParamAnimation::Disconnect();
 }
 
@@ -32,12 +33,13 @@ void CCaptureParamAnimation::SetValue(double value) {
 
 void CCaptureParamAnimation::Connect(ICaptureParam& target) {
     Disconnect();
-    m_Info.Copy(target.GetInfo());
+    // Before any handler runs, which may connect another target or none.
     m_Link.SetTarget(&target);
-    SetValue(target.GetValue());
-    m_Link.SetSource(this);
     target.GetValueChangedEvent().AddCommand(m_TargetValueChangedCommand);
     target.GetInfo().GetChangedEvent().AddCommand(m_TargetInfoChangedCommand);
+    m_Info.Copy(target.GetInfo());
+    SetValue(target.GetValue());
+    m_Link.SetSource(this);
 }
 
 void CCaptureParamAnimation::Disconnect() {

@@ -53,6 +53,7 @@ public:
     void SetPaused(bool paused) override { m_Link.SetPaused(paused); }
     // Of a transition, in milliseconds; 0 and less is at once.
     void SetDuration(int milliseconds);
+    // Of the ticks of a transition, in milliseconds, from 1 on.
     void SetRefreshTime(int milliseconds) override { m_Link.SetRefreshTime(milliseconds); }
     int GetRefreshTime() const override { return m_Link.GetRefreshTime(); }
 

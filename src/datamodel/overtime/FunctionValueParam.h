@@ -40,13 +40,18 @@ protected:
         TInput& operator=(const TInput&) = delete;
 
         const TObject* Get() const { return m_Object; }
-        // The bracket of the old object ends here, one that the new one is in begins.
         void Set(const TObject* object) {
+            Replace(object);
+            TakeOverCapture();
+        }
+        // The two steps of Set, of which only the second runs handlers: the bracket of the old
+        // object ends, one that the new one is in begins.
+        void Replace(const TObject* object) {
             Unsubscribe();
             m_Object = object;
             Subscribe();
-            SetCaptured(m_Object && m_Object->IsCaptured());
         }
+        void TakeOverCapture() { SetCaptured(m_Object && m_Object->IsCaptured()); }
 
     private:
         void Subscribe() {
@@ -87,11 +92,13 @@ protected:
     // Takes the description at once, and whenever it changes.
     void SetFunction(const TFunction* function) {
         ForgetInfo();
-        m_Function.Set(function);
-        if (!m_Function.Get())
-            return;
-        m_Function.Get()->GetInfo().GetChangedEvent().AddCommand(m_InfoChangedCommand);
-        OnInfoChanged();
+        m_Function.Replace(function);
+        // Handlers, which may set yet another function, run only from here on.
+        if (function) {
+            function->GetInfo().GetChangedEvent().AddCommand(m_InfoChangedCommand);
+            OnInfoChanged();
+        }
+        m_Function.TakeOverCapture();
     }
     // The default of the description when the function or an argument is missing.
     template <class... TArguments>

@@ -5,6 +5,7 @@
 #include "core/threads/TimerProvider.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <vector>
 
 // A command that runs may add and remove any command, itself too.
@@ -21,7 +22,8 @@ public:
     }
     // Lets the time pass in steps of a millisecond.
     void Advance(int milliseconds) {
-        for (; milliseconds > 0; --milliseconds)
+        for (; milliseconds > 0; --milliseconds) {
+            s_Now += 1'000'000;
             for (const STimer& present : std::vector(m_Timers)) {
                 const auto timer =
                     std::ranges::find(m_Timers, present.m_Command, &STimer::m_Command);
@@ -30,7 +32,10 @@ public:
                 timer->m_Elapsed = 0;
                 present.m_Command->Execute();
             }
+        }
     }
+    // Nanoseconds that have passed, for a stopwatch that goes with the timers.
+    static std::uint64_t GetNow() { return s_Now; }
     int GetCount() const { return static_cast<int>(m_Timers.size()); }
 
 private:
@@ -39,5 +44,6 @@ private:
         int m_Period, m_Elapsed;
     };
 
+    static inline std::uint64_t s_Now = 0;
     std::vector<STimer> m_Timers;
 };

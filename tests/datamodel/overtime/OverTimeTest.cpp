@@ -2,7 +2,9 @@
 // parameter moves its target and follows it, and what parameters at a point of a curve or a surface
 // show of their inputs.
 
+#include "core/threads/Event.h"
 #include "core/threads/ManualTime.h"
+#include "core/threads/MessageLoopThread.h"
 #include "datamodel/Journal.h"
 #include "datamodel/objects/capture/CaptureCurve.h"
 #include "datamodel/objects/capture/CaptureParam.h"
@@ -15,6 +17,7 @@
 #include "math/PlainFunction.h"
 
 #include <limits>
+#include <memory>
 
 namespace Lathe::DataModel::Objects {
 
@@ -22,11 +25,7 @@ namespace {
 
 using Math::CConstantFunction;
 
-// Nanoseconds, in step with the timers.
-std::uint64_t s_Now = 0;
-std::uint64_t GetNow() {
-    return s_Now;
-}
+constexpr auto GetNow = &CManualTimerProvider::GetNow;
 
 class OverTime : public testing::Test {
 protected:
@@ -35,12 +34,7 @@ protected:
         m_Curve.GetInfo().SetXInfo(CParamInfo(EParamType::Float, 0, 1, 0, "frequency", "", ""));
         m_Curve.GetInfo().SetYInfo(CParamInfo(EParamType::Float, -1, 1, 0.5, "gain", "", ""));
     }
-    void Advance(int milliseconds) {
-        for (; milliseconds > 0; --milliseconds) {
-            s_Now += 1'000'000;
-            m_Timers.Advance(1);
-        }
-    }
+    void Advance(int milliseconds) { m_Timers.Advance(milliseconds); }
 
     CManualTimerProvider m_Timers;
     CCaptureParam m_Param;
@@ -48,8 +42,8 @@ protected:
 };
 
 TEST_F(OverTime, HistoriesShowThePastOfTheirSource) {
-    CCurveFromParamOverTime curve(&m_Param, &m_Timers, &GetNow);
-    CCaptureSurfaceFromCurveOverTime surface(&m_Curve, &m_Timers, &GetNow);
+    CCurveFromParamOverTime curve(&m_Param, &m_Timers, GetNow);
+    CCaptureSurfaceFromCurveOverTime surface(&m_Curve, &m_Timers, GetNow);
     CJournal curveEvents(curve), surfaceEvents(surface);
     const auto at = [&](double time) { return curve.GetValue().Evaluate(time); };
     EXPECT_EQ(at(-0.1), 7.0) << "the parameter's default";
@@ -75,13 +69,16 @@ TEST_F(OverTime, HistoriesShowThePastOfTheirSource) {
     EXPECT_NEAR(at(-1.025), 60.0, 1e-9) << "a line across the gap";
     curve.Disconnect();
     Advance(50);
-    EXPECT_EQ(at(0.0), 80.0) << "what is remembered stays";
     curve.Connect(m_Param);
-    m_Timers.Advance(50);
+    EXPECT_EQ(at(0.0), 80.0) << "what is remembered stays";
+    CCurveFromParamOverTime frozen(&m_Param, &m_Timers, [] { return std::uint64_t{1}; });
+    CJournal frozenEvents(frozen);
+    Advance(50);
     m_Param.SetValue(90.0);
-    m_Timers.Advance(50);
-    EXPECT_EQ(at(0.0), 80.0) << "a clock that stands still loses the point";
-    EXPECT_EQ(curveEvents.Take(), "vvv") << "but not the event";
+    Advance(50);
+    EXPECT_EQ(frozen.GetValue().Evaluate(0.0), 80.0) << "a clock that stands still loses points";
+    EXPECT_EQ(frozenEvents.Take(), "vv") << "but no events";
+    EXPECT_EQ(curveEvents.Take(), "vvv") << "none while it was cut";
     surfaceEvents.Take();
     curve.SetDuration(100), surface.SetDuration(100);
     EXPECT_EQ(curveEvents.Take() + "," + surfaceEvents.Take(), ",v");
@@ -91,7 +88,7 @@ TEST_F(OverTime, HistoriesHoldTheirDurationAndForgetAtAnother) {
     // Duration and refresh time in ms, and how many points there is room for.
     const int cases[][3] = {{5000, 50, 128}, {10000, 50, 256}, {1001, 1, 1024}, {64, 1, 64}};
     for (const auto& [duration, period, room] : cases) {
-        CCurveFromParamOverTime curve(&m_Param, &m_Timers, &GetNow);
+        CCurveFromParamOverTime curve(&m_Param, &m_Timers, GetNow);
         const auto at = [&](double time) { return curve.GetValue().Evaluate(time); };
         curve.SetRefreshTime(period == 1 ? -5 : period);
         curve.SetDuration(duration);
@@ -112,7 +109,7 @@ TEST_F(OverTime, HistoriesHoldTheirDurationAndForgetAtAnother) {
 }
 
 TEST_F(OverTime, AnimationsGlideAndFollow) {
-    CCaptureParamAnimation animation(&m_Timers, &m_Param, &GetNow);
+    CCaptureParamAnimation animation(&m_Timers, &m_Param, GetNow);
     CJournal events(animation), targetEvents(m_Param);
     const auto check = [&](int milliseconds, double own, double target) {
         Advance(milliseconds);
@@ -126,7 +123,6 @@ TEST_F(OverTime, AnimationsGlideAndFollow) {
     EXPECT_EQ(events.Take(), "v") << "the steps of the target are not its own";
     m_Param.SetValue(0.5);
     check(0, 0.5, 0.5);
-    check(300, 0.5, 0.5);
     animation.SetValue(200.0);
     check(300, 200.0, 100.0); // The target limits.
     m_Param.SetValue(0.0);
@@ -139,12 +135,17 @@ TEST_F(OverTime, AnimationsGlideAndFollow) {
     EXPECT_EQ(events.Take() + "," + targetEvents.Take(), "bve,bvvvvve");
     m_Param.GetInfo().SetMax(50.0);
     EXPECT_EQ(animation.GetInfo().GetMax(), 50.0);
+    // A handler that moves the target meanwhile doesn't change what is being set.
+    CActionCommand meddle([&] { m_Param.SetValue(40.0); });
+    animation.GetValueChangedEvent().AddCommand(meddle);
+    animation.SetValue(20.0);
+    check(0, 20.0, 40.0);
+    check(250, 20.0, 20.0);
 }
 
 TEST_F(OverTime, AnimationsCanBeSwitchedPausedAndCut) {
-    CCaptureParam other;
     m_Param.SetValue(3.0);
-    CCaptureParamAnimation animation(&m_Timers, nullptr, &GetNow);
+    CCaptureParamAnimation animation(&m_Timers, nullptr, GetNow);
     CJournal journal(animation.GetEnableChangedEvent());
     animation.SetValue(8.0);
     animation.Connect(m_Param);
@@ -171,10 +172,8 @@ TEST_F(OverTime, AnimationsCanBeSwitchedPausedAndCut) {
     Advance(300);
     EXPECT_EQ(animation.GetValue(), 9.0) << "held";
     EXPECT_EQ(m_Param.GetValue(), 2.0);
-    animation.Connect(m_Param);
-    animation.Connect(other);
-    m_Param.SetValue(1.0);
-    EXPECT_EQ(animation.GetValue(), 0.0) << "only the present target counts";
+    animation.SetRefreshTime(0);
+    EXPECT_EQ(animation.GetRefreshTime(), 1) << "or its thread would never sleep";
 }
 
 TEST_F(OverTime, ParamsAtAPointFollowAllTheirInputs) {
@@ -217,6 +216,49 @@ TEST_F(OverTime, ParamsAtAPointFollowAllTheirInputs) {
     m_Curve.GetInfo().GetYInfo().SetDefault(0.75);
     check(",");
     EXPECT_EQ(atCurve.GetValue(), 0.5);
+}
+
+// Nothing of what was connected meanwhile is told of later changes, which the sanitizers watch.
+TEST_F(OverTime, HandlersMayConnectOtherObjects) {
+    CCaptureParam other;
+    CCaptureCurve otherCurve(new CConstantFunction(3.0));
+    {
+        CCaptureParamAnimation animation(&m_Timers, nullptr, GetNow);
+        CCaptureCurveValueParam atCurve(nullptr, &m_Param);
+        CActionCommand connect([&] { animation.Connect(other); });
+        CActionCommand set([&] { atCurve.SetCurve(&otherCurve); });
+        animation.GetInfo().GetChangedEvent().AddCommand(connect);
+        atCurve.GetBeginCaptureEvent().AddCommand(set);
+        animation.Connect(m_Param);
+        m_Param.SetValue(5.0);
+        EXPECT_EQ(animation.GetValue(), 0.0) << "only the present target counts";
+        m_Curve.Capture();
+        atCurve.SetCurve(&m_Curve);
+        EXPECT_EQ(atCurve.GetValue(), 3.0);
+        EXPECT_FALSE(atCurve.IsCaptured());
+    }
+    m_Param.SetValue(6.0), m_Param.GetInfo().SetMax(9.0);
+    m_Curve.GetInfo().SetName(""), otherCurve.GetInfo().SetName("");
+}
+
+// The ticks' thread still runs, and their objects go on this one: the thread sanitizer watches.
+TEST_F(OverTime, TicksEndBeforeTheirObjects) {
+    System::CMessageLoopThread loop;
+    System::CEvent ticked;
+    std::unique_ptr<CCaptureSurfaceFromCurveOverTime> surface;
+    std::unique_ptr<CCaptureParamAnimation> animation;
+    CActionCommand onTick([&] { ticked.Set(); }), create([&] {
+        m_Param.GetValueChangedEvent().AddCommand(onTick);
+        surface = std::make_unique<CCaptureSurfaceFromCurveOverTime>(&m_Curve, &loop);
+        animation = std::make_unique<CCaptureParamAnimation>(&loop, &m_Param);
+        surface->SetRefreshTime(1), animation->SetRefreshTime(1);
+        animation->SetDuration(3'600'000);
+        animation->SetValue(100.0);
+    });
+    loop.Start();
+    loop.Invoke(&create, false);
+    ticked.Wait(-1);
+    animation.reset(), surface.reset();
 }
 
 } // namespace
