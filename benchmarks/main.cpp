@@ -1,7 +1,8 @@
-// Measures the equaliser beside a plain loop, and an instance and the loaded module beside their
-// bare filter, in one run.
+// Measures the equaliser and formulas beside plain loops, and an instance and the loaded module
+// beside their bare filter, in one run.
 #include "dsp/PluginsFilters/EqualiserBenchmark.h"
 #include "hosts/ModuleBenchmark.h"
+#include "math/FormulaBenchmark.h"
 #include "plugin/InstanceBenchmark.h"
 #include "support/FastestTimes.h"
 
@@ -26,11 +27,13 @@ int main(int argc, char** argv) {
     CairnBench::RegisterEqualiserBenchmarks();
     CairnBench::RegisterInstanceBenchmarks();
     CairnBench::RegisterModuleBenchmarks();
+    CairnBench::RegisterFormulaBenchmarks();
     CairnBench::CFastestTimes times;
     benchmark::RunSpecifiedBenchmarks(&times);
     CairnBench::PrintEqualiserTable(times);
     CairnBench::PrintInstanceTable(times);
     CairnBench::PrintModuleTable(times);
+    CairnBench::PrintFormulaTable(times);
     benchmark::Shutdown();
     return 0;
 }
