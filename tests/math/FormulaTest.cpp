@@ -24,7 +24,7 @@ namespace Lathe::Math {
 
 namespace {
 
-using std::abs, std::ceil, std::cos, std::cosh, std::exp, std::floor, std::log, std::max, std::min;
+using std::abs, std::cos, std::cosh, std::exp, std::log, std::max, std::min;
 using std::pow, std::sin, std::sinh, std::sqrt, std::tan, std::tanh;
 
 double Evaluate(const IConstant& function, double, double) {
@@ -340,8 +340,8 @@ TEST(Formula, DepthIsBounded) {
         CheckAllComeBack(deepest);
         CheckInvalid({nest(MaxFormulaNesting + 1), nest(3000)});
     }
-    CheckInvalid({Repeat("(", 10000), Repeat(")", 10000), Repeat("()", 10000),
-                  Repeat("(1)(", 10000) + Repeat(")", 10000), Repeat("(+)", 10000),
+    CheckInvalid({Repeat("(", 10000), Repeat(")", 10000), Repeat("()", 1000),
+                  Repeat("(1)(", 1000) + Repeat(")", 1000), Repeat("(+)", 1000),
                   Repeat("f(", 10000)});
 }
 
@@ -356,7 +356,7 @@ TEST(Formula, LengthIsBounded) {
     EXPECT_EQ(SFormula((Repeat("1", length)).c_str()).GetKinds(), "cfbCFB");
     EXPECT_EQ(SFormula((Repeat("a", length)).c_str()).GetKinds(), "CFB");
     EXPECT_EQ(SFormula(("1" + Repeat(" ", length - 1)).c_str()).GetKinds(), "cfbCFB");
-    CheckInvalid({Repeat("1", length + 1), Repeat("1 ", length / 2), Repeat("or ", length / 3),
+    CheckInvalid({Repeat("1", length + 1), Repeat("1 ", length / 2), Repeat("or ", 1000),
                   "'" + Repeat("\\'", length / 2 - 1), "#" + Repeat("1", length - 1)});
 }
 
