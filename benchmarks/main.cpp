@@ -1,8 +1,9 @@
-// Measures the equaliser beside a plain loop, an instance and the loaded module beside their bare
-// filter, a change that runs through links, and the look-up in a history, in one run.
+// Measures the equaliser and formulas beside plain loops, an instance and the loaded module beside
+// their bare filter, a change that runs through links, and the look-up in a history, in one run.
 #include "datamodel/LinkBenchmark.h"
 #include "dsp/PluginsFilters/EqualiserBenchmark.h"
 #include "hosts/ModuleBenchmark.h"
+#include "math/FormulaBenchmark.h"
 #include "math/SweptValuesBenchmark.h"
 #include "plugin/InstanceBenchmark.h"
 #include "support/FastestTimes.h"
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
     CairnBench::RegisterModuleBenchmarks();
     CairnBench::RegisterLinkBenchmarks();
     CairnBench::RegisterSweptValuesBenchmarks();
+    CairnBench::RegisterFormulaBenchmarks();
     CairnBench::CFastestTimes times;
     benchmark::RunSpecifiedBenchmarks(&times);
     CairnBench::PrintEqualiserTable(times);
@@ -37,6 +39,7 @@ int main(int argc, char** argv) {
     CairnBench::PrintModuleTable(times);
     CairnBench::PrintLinkTable(times);
     CairnBench::PrintSweptValuesTable(times);
+    CairnBench::PrintFormulaTable(times);
     benchmark::Shutdown();
     return 0;
 }

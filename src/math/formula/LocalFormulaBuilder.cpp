@@ -11,7 +11,6 @@ namespace Lathe::Math {
 
 namespace {
 
-using AppEngine::CFormulaNode;
 using AppEngine::EFormulaToken;
 
 template <class I>
