@@ -268,6 +268,7 @@ struct CContestedParam : CWideMTParam {
         Contest(m_BehindWrite, value);
     }
     double Contest(double& by, double value) const {
+        const Core::CRealtimePermission permission; // For the thread.
         if (const double other = std::exchange(by, 0.0); other > 0.0)
             std::jthread([&] { const_cast<CContestedParam*>(this)->SetValue(other); }).join();
         return value;
