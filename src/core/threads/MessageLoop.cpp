@@ -11,7 +11,6 @@ CMessageLoop::CMessageLoop()
 
 CMessageLoop::~CMessageLoop() {
     CMessageLoop::Stop();
-    m_Thread.Join(-1); // A loop that stopped itself may still be ending.
     // While all else is there: what goes with them may remove timers, and post.
     while (!m_Messages.empty())
         m_Messages.pop_front();
@@ -23,19 +22,17 @@ void CMessageLoop::Start() {
     const Core::CAutoLock lock(m_ControlLock);
     if (IsRunning())
         return;
-    m_Thread.Join(-1); // As above.
+    m_Thread.Join(-1); // A loop that stopped itself may still be ending.
     // Not when the loop ends: one that is stopped by its first command could have ended before the
     // wait below.
     m_StartedEvent.Reset();
     m_Running.store(true, std::memory_order_relaxed);
     m_Wake.Signal(); // For what was left when it stopped.
     m_Thread.Start();
-    if (m_Thread.GetHandle() != 0) {
+    if (m_Thread.GetHandle() != 0)
         m_StartedEvent.Wait(-1);
-        return;
-    }
-    m_Running.store(false, std::memory_order_relaxed);
-    Leave(); // Somebody may have taken it for running.
+    else
+        m_Running.store(false, std::memory_order_relaxed);
 }
 
 void CMessageLoop::Stop() {
@@ -44,8 +41,6 @@ void CMessageLoop::Stop() {
         return;
     }
     const Core::CAutoLock lock(m_ControlLock);
-    if (!m_Started.load(std::memory_order_acquire))
-        return;
     m_Running.store(false, std::memory_order_relaxed);
     m_Wake.Signal();
     m_Thread.Join(-1);
@@ -59,9 +54,9 @@ void CMessageLoop::Invoke(Core::ICommand* command, bool owned) {
         return command->Execute();
     CEvent done;
     {
-        // Where this sees the loop running, the loop sees the message, at the latest as it leaves.
+        // Where this sees the thread, the thread sees the message, at the latest as it leaves.
         const Core::CAutoLock lock(m_MessagesLock);
-        if (!IsRunning())
+        if (!m_Started.load(std::memory_order_relaxed))
             return;
         m_Messages.push_back({std::move(invoked), &done});
     }
@@ -235,11 +230,11 @@ void CMessageLoop::Leave() {
                 invoked.splice(invoked.end(), m_Messages, message);
             message = next;
         }
+        m_Started.store(false, std::memory_order_relaxed);
     }
     while (!invoked.empty())
         FinishFirst(invoked);
     m_ThreadId.store(0, std::memory_order_relaxed);
-    m_Started.store(false, std::memory_order_release);
 }
 
 } // namespace Lathe::System

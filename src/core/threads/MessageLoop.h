@@ -37,7 +37,8 @@ public:
     CMessageLoop& operator=(const CMessageLoop&) = delete;
 
     // Where the loop doesn't run, or stops before it comes to the command, this returns without
-    // having run it. On return, an owned command has gone. Null is ignored.
+    // having run it, and no sooner than the command that is running at the stop has ended. On
+    // return, an owned command has gone. Null is ignored.
     void Invoke(Core::ICommand* command, bool owned) override;
     // A command that the loop hasn't come to when it stops waits for the next start. Null is
     // ignored.
@@ -98,6 +99,7 @@ private:
     TimerPtr m_RunningTimer;
     CCriticalSection m_TimersLock;
     std::atomic<bool> m_Running{false};
+    // The thread hasn't left yet. Cleared under m_MessagesLock.
     std::atomic<bool> m_Started{false};
     CWaitableEvent m_Wake;
     CEvent m_StartedEvent;

@@ -65,6 +65,8 @@ public:
         const THolder written(value); // The value may be a part of the copy, which goes.
         const bool differs = this->GetValues().Write(written.GetValue());
         this->WriteSource(written.GetValue());
+        if (this->GetValues().IsBehind())
+            this->PostUpdate(); // A source that keeps what it had fires nothing.
         if (differs)
             this->NotifyValueChanged();
     }

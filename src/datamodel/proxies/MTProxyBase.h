@@ -22,10 +22,11 @@ namespace Lathe::DataModel {
 // lock that is held for no longer than a copy of a text or a swap of pointers. For a parameter it
 // takes no lock and allocates nothing, but what the reader's queue does for a post.
 //
-// All calls are for the reader's thread, save that any thread may read a parameter. Any thread may
-// destroy the proxy, though not its own events. That waits for the source's thread, and for an
-// update in progress; so the source's thread may only do so where no listener of the proxy, which
-// may be running, waits for that thread. The invokers and the source outlive the proxy.
+// All calls are for the reader's thread, save that any thread may allow and forbid updates, and
+// read a parameter. Any thread may destroy the proxy, though not its own events. That waits for the
+// source's thread, and for an update in progress; so the source's thread may only do so where no
+// listener of the proxy, which may be running, waits for that thread. The invokers and the source
+// outlive the proxy.
 //
 // TValues is a TMTProxyValues or a TMTProxyObjects; TSource is const for a read-only proxy.
 // Subclasses attach last in their constructor, and detach first in their destructor.
@@ -84,6 +85,7 @@ protected:
         Core::TArgCommand<Core::TIValue<T>, T> set(*m_Source, &Core::TIValue<T>::SetValue);
         Invoke(new Core::TArgCommandWrapper<T>(set, value));
     }
+    void PostUpdate() { Post(m_UpdateCommand); }
     void NotifyValueChanged() { m_ValueChanged.Notify(); }
     void BeginCapture() { SetCaptured(true, &Core::ICapture::Capture, m_BeginCapture); }
     void EndCapture() { SetCaptured(false, &Core::ICapture::Release, m_EndCapture); }
@@ -116,7 +118,7 @@ private:
 
     void OnSourceChanged() {
         if (m_Values.Receive(*m_Source))
-            Post(m_UpdateCommand);
+            PostUpdate();
     }
     void OnSourceBeginCapture() { OnSourceCapture(true); }
     void OnSourceEndCapture() { OnSourceCapture(false); }

@@ -91,6 +91,11 @@ public:
         }
         return updated;
     }
+    // On the reader's thread; true when the source's last value was another one.
+    bool IsBehind() {
+        const CAutoLock lock(m_PendingLock);
+        return m_Value.Differs(m_Pending.GetValue());
+    }
     // On the reader's thread; true when the value is new.
     bool Write(T value) {
         const CAutoLock lock(m_PendingLock);
@@ -137,18 +142,15 @@ public:
         old = std::exchange(m_Value, std::move(m_Pending));
         return true;
     }
-    // The old value, which may be what is written.
+    // On the reader's thread. Gives the old value, which may be what is written.
     std::unique_ptr<I> Exchange(const I& value) {
-        CValue clone(value.Clone());
-        const Core::CAutoLock lock(m_PendingLock);
-        m_Value.swap(clone);
-        return clone;
+        return std::exchange(m_Value, CValue(value.Clone()));
     }
 
 private:
     using CValue = std::unique_ptr<I>;
 
-    CValue m_Value;
+    CValue m_Value; // The reader's alone.
     CValue m_Pending;
     bool m_Told = false;
     System::CCriticalSection m_PendingLock;

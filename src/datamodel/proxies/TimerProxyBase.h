@@ -22,8 +22,9 @@ namespace Lathe::DataModel {
 //
 // The source and the timer outlive the proxy. A source that changes on other threads has events
 // that other threads may subscribe to, and values that they may read. All calls are for the timer's
-// thread, save that any thread may make and destroy the proxy, pause it, and read a parameter. Its
-// own events don't destroy it.
+// thread, save that any thread may allow and forbid updates, pause the proxy, read a parameter,
+// and, where the timer is for any thread, make and destroy the proxy. Its own events don't destroy
+// it.
 //
 // TSource is what is read: an object for a parameter, a factory for the other kinds; const for a
 // read-only proxy. Subclasses attach last in their constructor, and detach first in their

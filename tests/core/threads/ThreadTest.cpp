@@ -178,17 +178,24 @@ TEST(MessageLoopTest, StopsAndStartsAgainAndGoesWithAFullQueue) {
     for (int round = 0; round < 50; ++round) {
         CRunningLoop loop;
         CEvent blocked, go, last;
-        bool ended = false;
+        bool left = false, ended = false;
         const auto stop = [&] { loop.Stop(); };
         Post(loop, [&] {
+            if (round % 2)
+                loop.Stop();
             blocked.Set();
             go.Wait(-1);
             loop.Stop();
             loop.Start(); // Not on the loop's thread.
+            YieldOften();
+            left = true;
         });
         blocked.Wait(-1);
         Post(loop, stop);
-        std::thread waiting([&] { Call(loop, [] { ADD_FAILURE() << "ran after the stop"; }); });
+        std::thread waiting([&] {
+            Call(loop, [] { ADD_FAILURE() << "ran after the stop"; });
+            EXPECT_TRUE(left) << "the thread is still there";
+        });
         std::this_thread::yield();
         go.Set();
         waiting.join(); // Whoever waits is let go.
