@@ -325,9 +325,7 @@ void CCairnEQ::ProcessStreams(const IConstAudioStreams& inputs, IAudioStreams& o
                               const IConstFilterPropertiesVariations* variations) {
     if (inputs.GetCount() < 1 || outputs.GetCount() < 1)
         return;
-    if (variations)
-        m_ParamsChanged = m_ParamsChanged || IsAnyDirty(variations->GetStart(), Params) ||
-                          IsAnyDirty(variations->GetEnd(), Params);
+    NoteChanges(variations);
     CFilterProcessData data;
     data.m_pInputs = &inputs;
     data.m_pOutputs = &outputs;
@@ -341,6 +339,40 @@ void CCairnEQ::ProcessStreams(const IConstAudioStreams& inputs, IAudioStreams& o
     run(SStage::PeakStage, m_Peak);
     run(SStage::LowShelfStage, m_LowShelf);
     run(SStage::HighShelfStage, m_HighShelf);
+}
+
+void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
+                            const IConstFilterPropertiesVariations* variations, int samples) {
+    m_SilentSamples = 0;
+    NoteChanges(variations);
+    const auto start = [&](const SStage& stage, auto& filter) {
+        return filter.StartBlock(TranslateVariations(stage, variations, samples));
+    };
+    channel.m_Gain = &m_Gain;
+    channel.m_GainOrders = start(SStage::GainStage, m_Gain);
+    channel.m_Sections[0] = &m_Peak;
+    channel.m_SectionOrders[0] = start(SStage::PeakStage, m_Peak);
+    channel.m_Sections[1] = &m_LowShelf;
+    channel.m_SectionOrders[1] = start(SStage::LowShelfStage, m_LowShelf);
+    channel.m_Sections[2] = &m_HighShelf;
+    channel.m_SectionOrders[2] = start(SStage::HighShelfStage, m_HighShelf);
+}
+
+void CCairnEQ::EndCascade(const IConstFilterPropertiesVariations& variations) {
+    const auto end = [&](const SStage& stage, auto& filter) {
+        stage.Fill(variations.GetEnd(), m_SampleRate, m_StageVariations.GetEnd());
+        filter.SetInputValues(m_StageVariations.GetEnd());
+    };
+    end(SStage::GainStage, m_Gain);
+    end(SStage::PeakStage, m_Peak);
+    end(SStage::LowShelfStage, m_LowShelf);
+    end(SStage::HighShelfStage, m_HighShelf);
+}
+
+void CCairnEQ::NoteChanges(const IConstFilterPropertiesVariations* variations) {
+    if (variations)
+        m_ParamsChanged = m_ParamsChanged || IsAnyDirty(variations->GetStart(), Params) ||
+                          IsAnyDirty(variations->GetEnd(), Params);
 }
 
 const IConstFilterPropertiesVariations*

@@ -7,6 +7,7 @@
 #include "dsp/filters/Gain.h"
 #include "dsp/filters/PeakFilter.h"
 #include "dsp/filters/ShelfFilter.h"
+#include "dsp/kernel/Cascade.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "math/FunctionsComposition.h"
 #include "math/FunctionsOperation.h"
@@ -37,6 +38,12 @@ public:
     }
     DSP::IDirtyFlags& GetOutputCurvesDirty() LATHE_REALTIME override { return m_OutputCurvesDirty; }
 
+    // For a cascade that runs this channel beside another.
+    void StartCascade(DSP::Kernel::SCascadeChannel& channel,
+                      const DSP::IConstFilterPropertiesVariations* variations, int samples)
+        LATHE_REALTIME;
+    void EndCascade(const DSP::IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+
 protected:
     void OnInputParamsChanged(const DSP::IConstParamsValues& values) LATHE_REALTIME override;
     void OnSilence(int samples) LATHE_REALTIME override;
@@ -51,6 +58,7 @@ private:
 
     void WireOutputs();
     void WireResponses() LATHE_REALTIME;
+    void NoteChanges(const DSP::IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
     const DSP::IConstFilterPropertiesVariations*
     TranslateVariations(const SStage& stage,
                         const DSP::IConstFilterPropertiesVariations* variations, int samples)

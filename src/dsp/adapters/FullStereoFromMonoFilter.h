@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dsp/adapters/StereoFromMonoFilter.h"
+#include "dsp/kernel/Cascade.h"
 
 namespace Lathe::Audio::DSP {
 
@@ -40,6 +41,8 @@ public:
     }
 
     void Process(const CFilterProcessData& data) LATHE_REALTIME override {
+        if (ProcessTogether(data, nullptr))
+            return;
         RunChannels(data, this->m_ProcessVariations,
                     [](F& filter, const CFilterProcessData& channelData) {
                         filter.Process(channelData);
@@ -51,6 +54,40 @@ public:
                            [](F& filter, const CFilterProcessData& channelData) {
                                return filter.ProcessSilence(channelData);
                            });
+    }
+
+    // As Process, within a matrix that may be null, with both channels in one cascade. False, and
+    // nothing is done, where the filters or the streams don't allow that.
+    bool ProcessTogether(const CFilterProcessData& data, const CMidSideMatrix* matrix)
+        LATHE_REALTIME {
+        if constexpr (Kernel::CascadeFilter<F>) {
+            Kernel::CCascade cascade;
+            if (!cascade.Aim(data))
+                return false;
+            CFilterPropertiesVariationsAdapter& variations = this->m_ProcessVariations;
+            if (data.m_pVariations)
+                variations.Attach(*data.m_pVariations);
+            const auto forChannels = [&](auto operation) {
+                for (int channel = 0; channel < Kernel::Channels; ++channel) {
+                    F& filter = channel == 0 ? this->m_Left : this->m_Right;
+                    if (data.m_pVariations)
+                        variations.SetChannel(filter, channel);
+                    operation(filter, cascade.GetChannel(channel),
+                              data.m_pVariations ? &variations : nullptr);
+                }
+            };
+            forChannels([&](F& filter, auto& channel, const auto* channelVariations) {
+                filter.StartCascade(channel, channelVariations, data.m_SamplesCount);
+            });
+            cascade.Run(matrix);
+            if (data.m_pVariations)
+                forChannels([](F& filter, auto&, const auto* channelVariations) {
+                    filter.EndCascade(*channelVariations);
+                });
+            return true;
+        } else {
+            return false;
+        }
     }
 
 private:

@@ -115,6 +115,8 @@ public:
     int GetLatency() const LATHE_REALTIME override { return m_Stereo.GetLatency(); }
 
     void Process(const CFilterProcessData& data) LATHE_REALTIME override {
+        if (ProcessTogether(data))
+            return;
         const int inputs = GetCurrentIOConfiguration().GetInputs().GetCount();
         const int outputs = GetCurrentIOConfiguration().GetOutputs().GetCount();
         if (!HasChannels(data, inputs, outputs))
@@ -232,6 +234,24 @@ private:
             stereoData.m_pVariations = &m_Variations;
         }
         return stereoData;
+    }
+
+    // A block whose mode rests, where the stereo filter takes the matrix into its own loop: without
+    // a pass of the scratch streams.
+    bool ProcessTogether(const CFilterProcessData& data) LATHE_REALTIME {
+        if constexpr (requires { m_Stereo.ProcessTogether(data, nullptr); }) {
+            if (StartModeRamp(data.m_pVariations) > 0)
+                return false;
+            const CMidSideMatrix matrix(m_ModeRamp[0]);
+            if (!m_Stereo.ProcessTogether(WithStereoVariations(data),
+                                          matrix.IsIdentity() ? nullptr : &matrix))
+                return false;
+            if (data.m_pVariations)
+                SetModeValue(data.m_pVariations->GetEnd().GetParams(), 0);
+            return true;
+        } else {
+            return false;
+        }
     }
 
     // Sets the ramp to the start of the block. Returns the orders that move the mode: none in a

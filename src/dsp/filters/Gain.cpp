@@ -96,15 +96,22 @@ void CGain::OnInputParamsChanged(const IConstParamsValues& values) {
 void CGain::ProcessBlock(const CFilterProcessData& data) {
     if (!HasChannels(data, m_InputChannels, m_OutputChannels))
         return;
-    int rampOrders = 0;
-    if (data.m_pVariations) {
-        SetInputValues(data.m_pVariations->GetStart());
-        rampOrders = SetRamp(*data.m_pVariations);
-    }
+    const int rampOrders = StartBlock(data.m_pVariations);
     m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
     ProcessFrames(data.m_SamplesCount, rampOrders);
-    if (data.m_pVariations)
-        SetInputValues(data.m_pVariations->GetEnd());
+    EndBlock(data.m_pVariations);
+}
+
+int CGain::StartBlock(const IConstFilterPropertiesVariations* variations) {
+    if (!variations)
+        return 0;
+    SetInputValues(variations->GetStart());
+    return SetRamp(*variations);
+}
+
+void CGain::EndBlock(const IConstFilterPropertiesVariations* variations) {
+    if (variations)
+        SetInputValues(variations->GetEnd());
 }
 
 int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {
@@ -122,7 +129,7 @@ int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {
 
 void CGain::ProcessFrames(int samples, int rampOrders) {
     if (m_Cursors.IsContiguousMono()) {
-        ProcessContiguousMono(samples, rampOrders);
+        ScaleSamples(m_Cursors.m_Inputs[0], m_Cursors.m_Outputs[0], samples, rampOrders);
         return;
     }
     for (int i = 0; i < samples; ++i) {
@@ -135,9 +142,8 @@ void CGain::ProcessFrames(int samples, int rampOrders) {
     }
 }
 
-void CGain::ProcessContiguousMono(int samples, int rampOrders) {
-    const float* input = m_Cursors.m_Inputs[0];
-    float* output = m_Cursors.m_Outputs[0];
+// As the loop over frames, with the gain in a register.
+void CGain::ScaleSamples(const float* input, float* output, int samples, int rampOrders) {
     auto [gain, first, second] = m_Gain;
     if (rampOrders == 0) {
         for (int i = 0; i < samples; ++i)

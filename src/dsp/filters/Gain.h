@@ -27,6 +27,16 @@ public:
     // One value, the gain in dB; ignored before Init and with any other number of values.
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
 
+    // A block whose frames another walks through: StartBlock, then the samples, then EndBlock.
+
+    // Applies the start values, if there are any. Returns the orders of the ramp.
+    int StartBlock(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
+    // The next samples of one channel; the output may be the input.
+    void ScaleSamples(const float* input, float* output, int samples, int rampOrders)
+        LATHE_REALTIME;
+    // Applies the end values, if there are any.
+    void EndBlock(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
+
 protected:
     void ProcessBlock(const CFilterProcessData& data) LATHE_REALTIME override;
 
@@ -38,8 +48,6 @@ private:
     // Returns the number of orders.
     int SetRamp(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
     void ProcessFrames(int samples, int rampOrders) LATHE_REALTIME;
-    // The same to the bit, with the gain in a register.
-    void ProcessContiguousMono(int samples, int rampOrders) LATHE_REALTIME;
 
     CChannelCursors m_Cursors;
     int m_InputChannels;

@@ -14,16 +14,16 @@ public:
     CPeakFilter* Clone() const override { return new CPeakFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
+    void ComputeRamp(const SCoefficientsRoom& room, int start, int count, int rampOrders)
+        LATHE_REALTIME override;
 
 protected:
     void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME override;
-    void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
 
 private:
     struct SValues {
         // Moves by a sample: the angle and the bandwidth by adding, the gain by its ratio.
         void Step(const SValues& rates) LATHE_REALTIME;
-        SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
 
         // Radians per sample.
         double m_Omega = 0.0;

@@ -4,8 +4,6 @@
 #include "dsp/filters/BiquadRamp.h"
 #include "math/FunctionsLibrary.h"
 
-#include <cmath>
-
 namespace Lathe::Audio::DSP::Filters {
 
 using DataModel::Objects::EParamType;
@@ -27,13 +25,13 @@ const CParamInfos& GetShelfParams() {
     return params;
 }
 
-// Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle in
-// radians per sample and the fourth root of the linear gain.
+// Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle and
+// the fourth root of the linear gain.
 
-inline SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
+inline SBiquadCoefficients ComputeLowShelf(const Math::SSinCos& turn, double sqrtA) {
     const double a = sqrtA * sqrtA;
-    const double beta = std::sin(w) * sqrtA * s_Sqrt2;
-    const double cosW = std::cos(w);
+    const double beta = turn.m_Sin * sqrtA * s_Sqrt2;
+    const double cosW = turn.m_Cos;
     const double r = 1.0 / ((a + 1.0) + (a - 1.0) * cosW + beta);
     SBiquadCoefficients c;
     c.m_b0 = a * ((a + 1.0) - (a - 1.0) * cosW + beta) * r;
@@ -44,10 +42,10 @@ inline SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
     return c;
 }
 
-inline SBiquadCoefficients ComputeHighShelf(double w, double sqrtA) {
+inline SBiquadCoefficients ComputeHighShelf(const Math::SSinCos& turn, double sqrtA) {
     const double a = sqrtA * sqrtA;
-    const double beta = std::sin(w) * sqrtA * s_Sqrt2;
-    const double cosW = std::cos(w);
+    const double beta = turn.m_Sin * sqrtA * s_Sqrt2;
+    const double cosW = turn.m_Cos;
     const double r = 1.0 / ((a + 1.0) - (a - 1.0) * cosW + beta);
     SBiquadCoefficients c;
     c.m_b0 = a * ((a + 1.0) + (a - 1.0) * cosW + beta) * r;
@@ -87,13 +85,15 @@ const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
 }
 
 SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
-    return ComputeLowShelf(m_Ramp[0].m_Omega, m_Ramp[0].m_SqrtA);
+    return ComputeLowShelf(Math::SinCos(m_Ramp[0].m_Omega), m_Ramp[0].m_SqrtA);
 }
 
-void CLowShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(m_Ramp, samples, rampOrders, [](const SValues& values) {
-        return ComputeLowShelf(values.m_Omega, values.m_SqrtA);
-    });
+void CLowShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int start, int count,
+                                  int rampOrders) {
+    FillRamp(m_Ramp, room, start, count, rampOrders,
+             [](const SValues& v, const Math::SSinCos& turn) {
+                 return ComputeLowShelf(turn, v.m_SqrtA);
+             });
 }
 
 const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
@@ -102,13 +102,15 @@ const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
 }
 
 SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
-    return ComputeHighShelf(m_Ramp[0].m_Omega, m_Ramp[0].m_SqrtA);
+    return ComputeHighShelf(Math::SinCos(m_Ramp[0].m_Omega), m_Ramp[0].m_SqrtA);
 }
 
-void CHighShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(m_Ramp, samples, rampOrders, [](const SValues& values) {
-        return ComputeHighShelf(values.m_Omega, values.m_SqrtA);
-    });
+void CHighShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int start, int count,
+                                   int rampOrders) {
+    FillRamp(m_Ramp, room, start, count, rampOrders,
+             [](const SValues& v, const Math::SSinCos& turn) {
+                 return ComputeHighShelf(turn, v.m_SqrtA);
+             });
 }
 
 } // namespace Lathe::Audio::DSP::Filters

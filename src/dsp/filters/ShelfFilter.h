@@ -44,10 +44,11 @@ public:
 
     CLowShelfFilter* Clone() const override { return new CLowShelfFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
+    void ComputeRamp(const SCoefficientsRoom& room, int start, int count, int rampOrders)
+        LATHE_REALTIME override;
 
 protected:
     SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
-    void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
 };
 
 class CHighShelfFilter : public CShelfFilter {
@@ -56,10 +57,11 @@ public:
 
     CHighShelfFilter* Clone() const override { return new CHighShelfFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
+    void ComputeRamp(const SCoefficientsRoom& room, int start, int count, int rampOrders)
+        LATHE_REALTIME override;
 
 protected:
     SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
-    void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
 };
 
 } // namespace Lathe::Audio::DSP::Filters
