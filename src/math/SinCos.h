@@ -7,21 +7,15 @@
 
 namespace Lathe::Math {
 
-struct SSinCos {
-    double m_Sin;
-    double m_Cos;
-};
-
-// In radians. The C library's results, to the bit; together they cost little more than one alone.
-inline SSinCos SinCos(double angle) LATHE_REALTIME {
-    SSinCos result;
+// Of an angle in radians the C library's results, to the bit; together they cost little more than
+// one alone.
+inline void SinCos(double angle, double& sine, double& cosine) LATHE_REALTIME {
 #if defined(__GLIBC__) && defined(_GNU_SOURCE)
-    ::sincos(angle, &result.m_Sin, &result.m_Cos);
+    ::sincos(angle, &sine, &cosine);
 #else
-    result.m_Sin = std::sin(angle);
-    result.m_Cos = std::cos(angle);
+    sine = std::sin(angle);
+    cosine = std::cos(angle);
 #endif
-    return result;
 }
 
 } // namespace Lathe::Math

@@ -351,11 +351,11 @@ void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
     channel.m_Gain = &m_Gain;
     channel.m_GainOrders = start(SStage::GainStage, m_Gain);
     channel.m_Sections[0] = &m_Peak;
-    channel.m_SectionOrders[0] = start(SStage::PeakStage, m_Peak);
+    channel.m_SectionOrders = start(SStage::PeakStage, m_Peak);
     channel.m_Sections[1] = &m_LowShelf;
-    channel.m_SectionOrders[1] = start(SStage::LowShelfStage, m_LowShelf);
+    start(SStage::LowShelfStage, m_LowShelf);
     channel.m_Sections[2] = &m_HighShelf;
-    channel.m_SectionOrders[2] = start(SStage::HighShelfStage, m_HighShelf);
+    start(SStage::HighShelfStage, m_HighShelf);
 }
 
 void CCairnEQ::EndCascade(const IConstFilterPropertiesVariations& variations) {

@@ -40,7 +40,6 @@ CBiquadFilter::CBiquadFilter(int channels)
 CBiquadFilter::CBiquadFilter(const CBiquadFilter& other)
     : CBaseCoreDSPFilter(other),
       m_Cursors(other.m_Cursors),
-      m_RecomputeMask(other.m_RecomputeMask),
       m_InputChannels(other.m_InputChannels),
       m_OutputChannels(other.m_OutputChannels),
       m_ProcessInfo(other.m_ProcessInfo),
@@ -115,11 +114,12 @@ void CBiquadFilter::ProcessBlock(const CFilterProcessData& data) {
     const int rampOrders = StartBlock(data.m_pVariations);
     m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
     if (m_Cursors.IsContiguousMono())
-        FilterSamples(m_Cursors.m_Inputs[0], m_Cursors.m_Outputs[0], 0, data.m_SamplesCount,
+        FilterSamples(m_Cursors.m_Inputs[0], m_Cursors.m_Outputs[0], data.m_SamplesCount,
                       rampOrders);
     else
         ProcessFrames(data.m_SamplesCount, rampOrders);
-    EndBlock(data.m_pVariations);
+    if (data.m_pVariations)
+        SetInputValues(data.m_pVariations->GetEnd());
 }
 
 int CBiquadFilter::StartBlock(const IConstFilterPropertiesVariations* variations) {
@@ -134,24 +134,20 @@ int CBiquadFilter::StartBlock(const IConstFilterPropertiesVariations* variations
     return rampOrders;
 }
 
-void CBiquadFilter::EndBlock(const IConstFilterPropertiesVariations* variations) {
-    if (variations)
-        SetInputValues(variations->GetEnd());
-}
-
 // Coefficients that move are computed for a chunk of frames ahead, so that the calls of sine and
 // cosine don't break up the recursion.
 template <class TProcess>
-void CBiquadFilter::ForFrames(int start, int samples, int rampOrders, TProcess process) {
+void CBiquadFilter::ForFrames(int samples, int rampOrders, TProcess process) {
     if (rampOrders == 0) {
         process(samples, [coefficients = m_Coefficients](int) { return coefficients; });
         return;
     }
+    static_assert(m_RecomputeMask == 0);
     constexpr int chunk = 16;
     double room[chunk][5];
     for (int at = 0; at < samples; at += chunk) {
         const int count = std::min(chunk, samples - at);
-        ComputeRamp({room[0], 5, 1, false}, start + at, count, rampOrders);
+        ComputeRamp({room[0], 5, 1}, count, rampOrders);
         process(count, [&room](int i) {
             return SBiquadCoefficients{room[i][0], room[i][1], room[i][2], room[i][3], room[i][4]};
         });
@@ -159,7 +155,7 @@ void CBiquadFilter::ForFrames(int start, int samples, int rampOrders, TProcess p
 }
 
 void CBiquadFilter::ProcessFrames(int samples, int rampOrders) {
-    ForFrames(0, samples, rampOrders, [this](int count, auto getCoefficients) {
+    ForFrames(samples, rampOrders, [this](int count, auto getCoefficients) {
         for (int i = 0; i < count; ++i) {
             m_Cursors.ReadFrame();
             for (std::size_t c = 0; c < m_History.size(); ++c)
@@ -171,9 +167,8 @@ void CBiquadFilter::ProcessFrames(int samples, int rampOrders) {
 }
 
 // As the loop over frames, with the history in registers.
-void CBiquadFilter::FilterSamples(const float* input, float* output, int start, int count,
-                                  int rampOrders) {
-    ForFrames(start, count, rampOrders, [&](int part, auto getCoefficients) {
+void CBiquadFilter::FilterSamples(const float* input, float* output, int count, int rampOrders) {
+    ForFrames(count, rampOrders, [&](int part, auto getCoefficients) {
         SBiquadHistory history = m_History[0];
         for (int i = 0; i < part; ++i)
             output[i] = ProcessSample(getCoefficients(i), history, input[i]);

@@ -35,15 +35,18 @@ public:
     const SBiquadCoefficients& GetCoefficients() const LATHE_REALTIME { return m_Coefficients; }
 
     // A block whose frames another walks through: StartBlock, then for some frames after the others
-    // either FilterSamples or the coefficients and the history, then EndBlock.
+    // either FilterSamples or the coefficients and the history, then SetInputValues of the end.
 
     // Applies the start values, if there are any. Returns the orders of the ramp: with none, the
     // coefficients hold for the whole block.
     int StartBlock(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
-    // The coefficients of the next frames of a ramp, of which the first is the start-th of the
-    // block.
-    virtual void ComputeRamp(const SCoefficientsRoom& room, int start, int count, int rampOrders)
+    // The coefficients of the next frames of a ramp.
+    virtual void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME = 0;
+    // The same for this and the section of another channel, which is of the same class and has as
+    // many orders: its coefficients stand one double behind this one's.
+    virtual void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                                 int rampOrders) LATHE_REALTIME = 0;
     const SBiquadHistory& GetHistory(int channel) const LATHE_REALTIME {
         return m_History[static_cast<std::size_t>(channel)];
     }
@@ -51,10 +54,7 @@ public:
         m_History[static_cast<std::size_t>(channel)] = history;
     }
     // The next samples of the only channel; the output may be the input.
-    void FilterSamples(const float* input, float* output, int start, int count, int rampOrders)
-        LATHE_REALTIME;
-    // Applies the end values, if there are any.
-    void EndBlock(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
+    void FilterSamples(const float* input, float* output, int count, int rampOrders) LATHE_REALTIME;
 
 protected:
     explicit CBiquadFilter(int channels);
@@ -71,12 +71,14 @@ protected:
     // nothing when their number is another.
     virtual void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME = 0;
 
-    // ComputeRamp for the array of a section's values, which have an angle m_Omega and Step(rates),
-    // and the function from its current values and their sine and cosine to coefficients; see
+    // ComputeRamp and ComputePairRamp for the array of a section's values and its formula; see
     // BiquadRamp.h.
-    template <class TRamp, class TComputeCoefficients>
-    void FillRamp(TRamp& ramp, const SCoefficientsRoom& room, int start, int count, int rampOrders,
-                  TComputeCoefficients computeCoefficients) LATHE_REALTIME;
+    template <class TRamp, class TFormula>
+    void FillRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders, TFormula formula)
+        LATHE_REALTIME;
+    template <class TRamp, class TFormula>
+    void FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp, SCoefficientsRoom room,
+                      int count, int rampOrders, TFormula formula) LATHE_REALTIME;
 
     void SetCoefficients(const SBiquadCoefficients& coefficients) LATHE_REALTIME {
         m_Coefficients = coefficients;
@@ -84,12 +86,13 @@ protected:
     }
 
     CChannelCursors m_Cursors;
-    // A recomputation falls on the samples whose index has none of these bits: on all of them.
-    unsigned m_RecomputeMask = 0;
+    // A recomputation falls on the samples whose index has none of these bits: the ramp counts on
+    // its being all of them.
+    static constexpr unsigned m_RecomputeMask = 0;
     int m_InputChannels;
     int m_OutputChannels;
     CProcessInfo m_ProcessInfo;
-    SBiquadCoefficients m_Coefficients;
+    SBiquadCoefficients m_Coefficients = IdentityCoefficients;
     std::vector<SBiquadHistory> m_History;
     // Seconds; 0.0 when the rate is 0.
     double m_InvSampleRate = 0.0;
@@ -99,7 +102,7 @@ private:
     void ProcessFrames(int samples, int rampOrders) LATHE_REALTIME;
     // Calls process(count, getCoefficients(i)) for the frames, in one part or several.
     template <class TProcess>
-    void ForFrames(int start, int samples, int rampOrders, TProcess process) LATHE_REALTIME;
+    void ForFrames(int samples, int rampOrders, TProcess process) LATHE_REALTIME;
     bool UpdateResponse(Algorithm::CBiquadFrequencyResponse& response) LATHE_REALTIME;
 
     Algorithm::CBiquadGain m_GainResponse;

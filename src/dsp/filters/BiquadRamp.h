@@ -1,4 +1,8 @@
-// The coefficients of a section whose parameters move, for the sources of the sections.
+// The coefficients of sections whose parameters move, for the sources of the sections.
+//
+// A section's values are a struct of doubles with an angle m_Omega and Step(rates). Its formula is
+// called as formula(sine, cosine, value), where value(member) is a member of the values: doubles
+// for one channel, pairs for two.
 #pragma once
 
 #include "dsp/filters/BiquadFilter.h"
@@ -6,41 +10,89 @@
 
 #include <bit>
 #include <cstdint>
+#include <cstring>
 
 namespace Lathe::Audio::DSP::Filters {
 
-// By their bits: what a formula makes of the same is the same, whatever it is.
-inline bool IsSame(double a, double b) LATHE_REALTIME {
-    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+// The sine and cosine of an angle, which are computed when it moves.
+class CTurn {
+public:
+    void Set(double angle) LATHE_REALTIME {
+        // By its bits: what is the same has the same sine, whatever it is.
+        const auto bits = std::bit_cast<std::uint64_t>(angle);
+        if (m_IsSet && bits == m_AngleBits)
+            return;
+        m_IsSet = true;
+        m_AngleBits = bits;
+        Math::SinCos(angle, m_Sin, m_Cos);
+    }
+    double GetSin() const LATHE_REALTIME { return m_Sin; }
+    double GetCos() const LATHE_REALTIME { return m_Cos; }
+
+private:
+    bool m_IsSet = false;
+    std::uint64_t m_AngleBits = 0;
+    double m_Sin = 0.0;
+    double m_Cos = 1.0;
+};
+
+// Moves on by a frame. Written out and not as a loop over the orders, which would keep the values
+// in memory.
+template <class TRamp>
+void StepRamp(TRamp& ramp, int rampOrders) LATHE_REALTIME {
+    if (rampOrders > 1)
+        ramp[1].Step(ramp[2]);
+    ramp[0].Step(ramp[1]);
 }
 
-template <class TRamp, class TComputeCoefficients>
-void CBiquadFilter::FillRamp(TRamp& ramp, const SCoefficientsRoom& room, int start, int count,
-                             int rampOrders, TComputeCoefficients computeCoefficients)
-    LATHE_REALTIME {
+template <class TRamp, class TFormula>
+void CBiquadFilter::FillRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders,
+                             TFormula formula) LATHE_REALTIME {
     SBiquadCoefficients coefficients = m_Coefficients;
-    auto [current, first, second] = ramp;
-    // No angle: the first one is always turned.
-    bool isTurned = false;
-    double angle = 0.0;
-    Math::SSinCos turn = {0.0, 1.0};
+    TRamp moving = ramp;
+    CTurn turn;
     for (int i = 0; i < count; ++i) {
         room.Write(i, coefficients);
-        // Written out and not as a loop over the orders, which would keep the values in memory.
-        if (rampOrders > 1)
-            first.Step(second);
-        current.Step(first);
-        if ((m_RecomputeMask & static_cast<unsigned>(start + i)) != 0)
-            continue;
-        if (!isTurned || !IsSame(current.m_Omega, angle)) {
-            isTurned = true;
-            angle = current.m_Omega;
-            turn = Math::SinCos(angle);
-        }
-        coefficients = computeCoefficients(current, turn);
+        StepRamp(moving, rampOrders);
+        turn.Set(moving[0].m_Omega);
+        coefficients =
+            formula(turn.GetSin(), turn.GetCos(), [&](auto member) { return moving[0].*member; });
     }
-    ramp = {current, first, second};
+    ramp = moving;
     SetCoefficients(coefficients);
+}
+
+template <class TRamp, class TFormula>
+void CBiquadFilter::FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp,
+                                 SCoefficientsRoom room, int count, int rampOrders,
+                                 TFormula formula) LATHE_REALTIME {
+    // Channels that are the same to the bit stay so.
+    const bool areAlike =
+        std::memcmp(&ramp, &otherRamp, sizeof ramp) == 0 &&
+        std::memcmp(&m_Coefficients, &other.m_Coefficients, sizeof m_Coefficients) == 0;
+    auto coefficients = JoinCoefficients(m_Coefficients, other.m_Coefficients);
+    TRamp left = ramp;
+    TRamp right = otherRamp;
+    CTurn leftTurn;
+    CTurn rightTurn;
+    for (int i = 0; i < count; ++i) {
+        room.Write(i, coefficients);
+        StepRamp(left, rampOrders);
+        StepRamp(right, rampOrders);
+        leftTurn.Set(left[0].m_Omega);
+        if (!areAlike)
+            rightTurn.Set(right[0].m_Omega);
+        const CTurn& turn = areAlike ? leftTurn : rightTurn;
+        const auto join = [&](auto member) {
+            return CDoublePair{left[0].*member, right[0].*member};
+        };
+        coefficients = formula(CDoublePair{leftTurn.GetSin(), turn.GetSin()},
+                               CDoublePair{leftTurn.GetCos(), turn.GetCos()}, join);
+    }
+    ramp = left;
+    otherRamp = right;
+    SetCoefficients(GetChannel(coefficients, 0));
+    other.SetCoefficients(GetChannel(coefficients, 1));
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -99,7 +99,8 @@ void CGain::ProcessBlock(const CFilterProcessData& data) {
     const int rampOrders = StartBlock(data.m_pVariations);
     m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
     ProcessFrames(data.m_SamplesCount, rampOrders);
-    EndBlock(data.m_pVariations);
+    if (data.m_pVariations)
+        SetInputValues(data.m_pVariations->GetEnd());
 }
 
 int CGain::StartBlock(const IConstFilterPropertiesVariations* variations) {
@@ -107,11 +108,6 @@ int CGain::StartBlock(const IConstFilterPropertiesVariations* variations) {
         return 0;
     SetInputValues(variations->GetStart());
     return SetRamp(*variations);
-}
-
-void CGain::EndBlock(const IConstFilterPropertiesVariations* variations) {
-    if (variations)
-        SetInputValues(variations->GetEnd());
 }
 
 int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {

@@ -27,15 +27,14 @@ public:
     // One value, the gain in dB; ignored before Init and with any other number of values.
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
 
-    // A block whose frames another walks through: StartBlock, then the samples, then EndBlock.
+    // A block whose frames another walks through: StartBlock, then the samples, then
+    // SetInputValues of the end.
 
     // Applies the start values, if there are any. Returns the orders of the ramp.
     int StartBlock(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
     // The next samples of one channel; the output may be the input.
     void ScaleSamples(const float* input, float* output, int samples, int rampOrders)
         LATHE_REALTIME;
-    // Applies the end values, if there are any.
-    void EndBlock(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
 
 protected:
     void ProcessBlock(const CFilterProcessData& data) LATHE_REALTIME override;

@@ -28,17 +28,24 @@ const CParamInfos& GetPeakParams() {
 
 // The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
 // the bandwidth; from the square root of the linear gain.
-inline SBiquadCoefficients ComputePeak(const Math::SSinCos& turn, double halfBandwidth, double a) {
-    const double alpha = turn.m_Sin * halfBandwidth;
-    const double r = 1.0 / (alpha / a + 1.0);
-    SBiquadCoefficients c;
+template <class T>
+inline TBiquadCoefficients<T> ComputePeak(T sinW, T cosW, T halfBandwidth, T a) {
+    const T alpha = sinW * halfBandwidth;
+    const T r = 1.0 / (alpha / a + 1.0);
+    TBiquadCoefficients<T> c;
     c.m_b0 = (a * alpha + 1.0) * r;
-    c.m_b1 = -2.0 * turn.m_Cos * r;
+    c.m_b1 = -2.0 * cosW * r;
     c.m_b2 = (1.0 - a * alpha) * r;
     c.m_a1 = -c.m_b1;
     c.m_a2 = (alpha / a - 1.0) * r;
     return c;
 }
+
+// For CBiquadFilter::FillRamp.
+template <class SValues>
+constexpr auto PeakFormula = [](auto sinW, auto cosW, auto value) {
+    return ComputePeak(sinW, cosW, value(&SValues::m_HalfBandwidth), value(&SValues::m_A));
+};
 
 } // namespace
 
@@ -62,7 +69,9 @@ void CPeakFilter::OnInputParamsChanged(const IConstParamsValues& values) {
         return;
     m_Ramp[0] = Convert(values);
     const SValues& v = m_Ramp[0];
-    SetCoefficients(ComputePeak(Math::SinCos(v.m_Omega), v.m_HalfBandwidth, v.m_A));
+    CTurn turn;
+    turn.Set(v.m_Omega);
+    SetCoefficients(ComputePeak(turn.GetSin(), turn.GetCos(), v.m_HalfBandwidth, v.m_A));
 }
 
 void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
@@ -75,11 +84,14 @@ CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) cons
             Math::FunctionsLibrary::FromdB(0.5 * values.GetValue(2))};
 }
 
-void CPeakFilter::ComputeRamp(const SCoefficientsRoom& room, int start, int count, int rampOrders) {
-    FillRamp(m_Ramp, room, start, count, rampOrders,
-             [](const SValues& v, const Math::SSinCos& turn) {
-                 return ComputePeak(turn, v.m_HalfBandwidth, v.m_A);
-             });
+void CPeakFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
+    FillRamp(m_Ramp, room, count, rampOrders, PeakFormula<SValues>);
+}
+
+void CPeakFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                                  int rampOrders) {
+    FillPairRamp(m_Ramp, other, static_cast<CPeakFilter&>(other).m_Ramp, room, count, rampOrders,
+                 PeakFormula<SValues>);
 }
 
 } // namespace Lathe::Audio::DSP::Filters

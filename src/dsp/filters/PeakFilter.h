@@ -14,8 +14,10 @@ public:
     CPeakFilter* Clone() const override { return new CPeakFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
-    void ComputeRamp(const SCoefficientsRoom& room, int start, int count, int rampOrders)
+    void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME override;
+    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                         int rampOrders) LATHE_REALTIME override;
 
 protected:
     void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME override;

@@ -28,12 +28,12 @@ const CParamInfos& GetShelfParams() {
 // Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle and
 // the fourth root of the linear gain.
 
-inline SBiquadCoefficients ComputeLowShelf(const Math::SSinCos& turn, double sqrtA) {
-    const double a = sqrtA * sqrtA;
-    const double beta = turn.m_Sin * sqrtA * s_Sqrt2;
-    const double cosW = turn.m_Cos;
-    const double r = 1.0 / ((a + 1.0) + (a - 1.0) * cosW + beta);
-    SBiquadCoefficients c;
+template <class T>
+inline TBiquadCoefficients<T> ComputeLowShelf(T sinW, T cosW, T sqrtA) {
+    const T a = sqrtA * sqrtA;
+    const T beta = sinW * sqrtA * s_Sqrt2;
+    const T r = 1.0 / ((a + 1.0) + (a - 1.0) * cosW + beta);
+    TBiquadCoefficients<T> c;
     c.m_b0 = a * ((a + 1.0) - (a - 1.0) * cosW + beta) * r;
     c.m_b1 = 2.0 * a * ((a - 1.0) - (a + 1.0) * cosW) * r;
     c.m_b2 = a * ((a + 1.0) - (a - 1.0) * cosW - beta) * r;
@@ -42,12 +42,12 @@ inline SBiquadCoefficients ComputeLowShelf(const Math::SSinCos& turn, double sqr
     return c;
 }
 
-inline SBiquadCoefficients ComputeHighShelf(const Math::SSinCos& turn, double sqrtA) {
-    const double a = sqrtA * sqrtA;
-    const double beta = turn.m_Sin * sqrtA * s_Sqrt2;
-    const double cosW = turn.m_Cos;
-    const double r = 1.0 / ((a + 1.0) - (a - 1.0) * cosW + beta);
-    SBiquadCoefficients c;
+template <class T>
+inline TBiquadCoefficients<T> ComputeHighShelf(T sinW, T cosW, T sqrtA) {
+    const T a = sqrtA * sqrtA;
+    const T beta = sinW * sqrtA * s_Sqrt2;
+    const T r = 1.0 / ((a + 1.0) - (a - 1.0) * cosW + beta);
+    TBiquadCoefficients<T> c;
     c.m_b0 = a * ((a + 1.0) + (a - 1.0) * cosW + beta) * r;
     c.m_b1 = -2.0 * a * ((a - 1.0) + (a + 1.0) * cosW) * r;
     c.m_b2 = a * ((a + 1.0) + (a - 1.0) * cosW - beta) * r;
@@ -55,6 +55,16 @@ inline SBiquadCoefficients ComputeHighShelf(const Math::SSinCos& turn, double sq
     c.m_a2 = -((a + 1.0) - (a - 1.0) * cosW - beta) * r;
     return c;
 }
+
+// For CBiquadFilter::FillRamp.
+template <class SValues>
+constexpr auto LowShelfFormula = [](auto sinW, auto cosW, auto value) {
+    return ComputeLowShelf(sinW, cosW, value(&SValues::m_SqrtA));
+};
+template <class SValues>
+constexpr auto HighShelfFormula = [](auto sinW, auto cosW, auto value) {
+    return ComputeHighShelf(sinW, cosW, value(&SValues::m_SqrtA));
+};
 
 } // namespace
 
@@ -85,15 +95,19 @@ const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
 }
 
 SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
-    return ComputeLowShelf(Math::SinCos(m_Ramp[0].m_Omega), m_Ramp[0].m_SqrtA);
+    CTurn turn;
+    turn.Set(m_Ramp[0].m_Omega);
+    return ComputeLowShelf(turn.GetSin(), turn.GetCos(), m_Ramp[0].m_SqrtA);
 }
 
-void CLowShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int start, int count,
-                                  int rampOrders) {
-    FillRamp(m_Ramp, room, start, count, rampOrders,
-             [](const SValues& v, const Math::SSinCos& turn) {
-                 return ComputeLowShelf(turn, v.m_SqrtA);
-             });
+void CLowShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
+    FillRamp(m_Ramp, room, count, rampOrders, LowShelfFormula<SValues>);
+}
+
+void CLowShelfFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room,
+                                      int count, int rampOrders) {
+    FillPairRamp(m_Ramp, other, static_cast<CLowShelfFilter&>(other).m_Ramp, room, count,
+                 rampOrders, LowShelfFormula<SValues>);
 }
 
 const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
@@ -102,15 +116,19 @@ const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
 }
 
 SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
-    return ComputeHighShelf(Math::SinCos(m_Ramp[0].m_Omega), m_Ramp[0].m_SqrtA);
+    CTurn turn;
+    turn.Set(m_Ramp[0].m_Omega);
+    return ComputeHighShelf(turn.GetSin(), turn.GetCos(), m_Ramp[0].m_SqrtA);
 }
 
-void CHighShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int start, int count,
-                                   int rampOrders) {
-    FillRamp(m_Ramp, room, start, count, rampOrders,
-             [](const SValues& v, const Math::SSinCos& turn) {
-                 return ComputeHighShelf(turn, v.m_SqrtA);
-             });
+void CHighShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
+    FillRamp(m_Ramp, room, count, rampOrders, HighShelfFormula<SValues>);
+}
+
+void CHighShelfFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room,
+                                       int count, int rampOrders) {
+    FillPairRamp(m_Ramp, other, static_cast<CHighShelfFilter&>(other).m_Ramp, room, count,
+                 rampOrders, HighShelfFormula<SValues>);
 }
 
 } // namespace Lathe::Audio::DSP::Filters

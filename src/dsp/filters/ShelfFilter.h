@@ -44,8 +44,10 @@ public:
 
     CLowShelfFilter* Clone() const override { return new CLowShelfFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
-    void ComputeRamp(const SCoefficientsRoom& room, int start, int count, int rampOrders)
+    void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME override;
+    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                         int rampOrders) LATHE_REALTIME override;
 
 protected:
     SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
@@ -57,8 +59,10 @@ public:
 
     CHighShelfFilter* Clone() const override { return new CHighShelfFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
-    void ComputeRamp(const SCoefficientsRoom& room, int start, int count, int rampOrders)
+    void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME override;
+    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                         int rampOrders) LATHE_REALTIME override;
 
 protected:
     SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;

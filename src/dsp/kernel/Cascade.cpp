@@ -62,17 +62,7 @@ bool CCascade::Aim(const CFilterProcessData& data) {
 
 void CCascade::Run(const CMidSideMatrix* matrix) {
     m_Matrix = matrix;
-    RunRest(IsMoving() ? RunChunks<true>() : RunChunks<false>());
-}
-
-bool CCascade::IsMoving() const {
-    for (const SCascadeChannel& channel : m_Channels) {
-        for (const int orders : channel.m_SectionOrders) {
-            if (orders > 0)
-                return true;
-        }
-    }
-    return false;
+    RunRest(m_Channels[0].m_SectionOrders > 0 ? RunChunks<true>() : RunChunks<false>());
 }
 
 void CCascade::Prepare(SScratch& scratch, int start, int count) {
@@ -139,13 +129,12 @@ void CCascade::LoadCoefficients(SChainCoefficients& coefficients) const {
     }
 }
 
-void CCascade::ComputeRamps(SChainCoefficients* coefficients, int start, int count) {
-    for (int i = 0; i < Chains; ++i) {
-        const int section = i / Channels;
-        const SCascadeChannel& channel = m_Channels[i % Channels];
-        double* const first = coefficients[section * GroupFrames].m_b0 + i;
-        channel.m_Sections[section]->ComputeRamp({first, s_FrameStride, Chains, false}, start,
-                                                 count, channel.m_SectionOrders[section]);
+void CCascade::ComputeRamps(SChainCoefficients* coefficients, int count) {
+    for (int s = 0; s < Sections; ++s) {
+        double* const first = coefficients[s * GroupFrames].m_b0 + s * Channels;
+        m_Channels[0].m_Sections[s]->ComputePairRamp(*m_Channels[1].m_Sections[s],
+                                                     {first, s_FrameStride, Chains}, count,
+                                                     m_Channels[0].m_SectionOrders);
     }
 }
 
@@ -166,7 +155,7 @@ int CCascade::RunChunks() {
          start += count) {
         Prepare(scratch, start, count);
         if (Moving)
-            ComputeRamps(coefficients, start, count);
+            ComputeRamps(coefficients, count);
         bool isSilent[Channels] = {};
         for (int c = 0; c < Channels && !Moving; ++c)
             isSilent[c] = IsSilent(c, scratch, count, history, coefficients[0]);
@@ -198,8 +187,8 @@ void CCascade::RunRest(int start) {
     for (int c = 0; c < Channels; ++c) {
         float* const samples = scratch.m_Channels[c];
         for (int s = 0; s < Sections; ++s)
-            m_Channels[c].m_Sections[s]->FilterSamples(samples, samples, start, count,
-                                                       m_Channels[c].m_SectionOrders[s]);
+            m_Channels[c].m_Sections[s]->FilterSamples(samples, samples, count,
+                                                       m_Channels[c].m_SectionOrders);
         std::copy_n(samples, count, m_Outputs[c] + start);
     }
     Finish(start, count);

@@ -28,9 +28,9 @@ struct SCascadeChannel {
     Filters::CGain* m_Gain = nullptr;
     // In the order of the signal.
     Filters::CBiquadFilter* m_Sections[Sections] = {};
-    // Of the gain and of each section, as their StartBlock has answered.
+    // As StartBlock of the gain and of the sections has answered, the same for all channels.
     int m_GainOrders = 0;
-    int m_SectionOrders[Sections] = {};
+    int m_SectionOrders = 0;
 };
 
 // A filter of one channel whose stages a cascade can run: StartCascade says which they are, and
@@ -60,11 +60,10 @@ private:
     template <bool Moving>
     int RunChunks() LATHE_REALTIME;
     void RunRest(int start) LATHE_REALTIME;
-    bool IsMoving() const LATHE_REALTIME;
     void LoadHistory(SChainHistory& history) const LATHE_REALTIME;
     void StoreHistory(const SChainHistory& history) LATHE_REALTIME;
     void LoadCoefficients(SChainCoefficients& coefficients) const LATHE_REALTIME;
-    void ComputeRamps(SChainCoefficients* coefficients, int start, int count) LATHE_REALTIME;
+    void ComputeRamps(SChainCoefficients* coefficients, int count) LATHE_REALTIME;
     // The input through matrix and gain.
     void Prepare(SScratch& scratch, int start, int count) LATHE_REALTIME;
     // The channel's chains give zeros, and have nothing to flush.

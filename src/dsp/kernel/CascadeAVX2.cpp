@@ -29,16 +29,20 @@ struct SLanes {
         __m128 m_Last;
     };
 
+    // The chains of the sections from the first to the last one.
     struct CMask {
         CMask(int first, int last)
-            : m_Wide(_mm256_set_epi64x(Bits(1, first, last), Bits(1, first, last),
-                                       Bits(0, first, last), Bits(0, first, last))),
-              m_Last(_mm_set1_epi64x(Bits(2, first, last))) {}
-        static long long Bits(int section, int first, int last) {
+            : m_Floats(
+                  _mm_castsi128_ps(_mm_setr_epi32(Bits(0, first, last), Bits(0, first, last),
+                                                  Bits(1, first, last), Bits(1, first, last)))),
+              m_Wide(_mm256_castsi256_pd(Widen(_mm_castps_si128(m_Floats)))),
+              m_Last(_mm_castsi128_pd(_mm_set1_epi32(Bits(2, first, last)))) {}
+        static int Bits(int section, int first, int last) {
             return section >= first && section <= last ? -1 : 0;
         }
-        __m256i m_Wide;
-        __m128i m_Last;
+        __m128 m_Floats;
+        __m256d m_Wide;
+        __m128d m_Last;
     };
 
     // The least magnitudes, of each channel in every other lane.
@@ -105,8 +109,13 @@ struct SLanes {
         _mm_storeu_ps(second, _mm_shuffle_ps(early, late, _MM_SHUFFLE(3, 1, 3, 1)));
     }
     static V Select(const CMask& mask, const V& yes, const V& no) {
-        return {_mm256_blendv_pd(no.m_Wide, yes.m_Wide, _mm256_castsi256_pd(mask.m_Wide)),
-                _mm_blendv_pd(no.m_Last, yes.m_Last, _mm_castsi128_pd(mask.m_Last))};
+        return {_mm256_blendv_pd(no.m_Wide, yes.m_Wide, mask.m_Wide),
+                _mm_blendv_pd(no.m_Last, yes.m_Last, mask.m_Last)};
+    }
+    static F SelectOrOne(const CMask& mask, const F& given) {
+        const __m128 one = _mm_set1_ps(1.0f);
+        return {_mm_blendv_ps(one, given.m_Wide, mask.m_Floats),
+                _mm_blendv_ps(one, given.m_Last, _mm_castpd_ps(mask.m_Last))};
     }
 
 private:

@@ -18,7 +18,8 @@ namespace Lathe::Audio::DSP::Kernel {
 //   CWatch     sees the F of all groups, and tells whether any was zero or denormal
 //   CInput     the samples of a group of frames for the first section
 //   CMask      the chains of the sections from a first one up to a last one
-//   Load, Store, Multiply, Add, Round (V to F), Flush (F and V), Select (by CMask, of V and CWatch)
+//   Load, Store, Multiply, Add, Round (V to F), Flush (F and V)
+//   Select     V of the chains of a mask, else another V; SelectOrOne: F, else 1
 //   Feed       the input of frame K of a group for the first section, F for those behind it
 //   Write      the samples of the last section of a group's frames
 template <class L, bool Flushing>
@@ -35,8 +36,10 @@ public:
                 state.StoreHistory(before);
             RunGroup(groups, step, state);
             if (isPartial) [[unlikely]]
-                state.TakeBack(before, step < groups.m_Groups ? 0 : step - groups.m_Groups + 1,
-                               step);
+                state.EndPartialStep(
+                    before, {step < groups.m_Groups ? 0 : step - groups.m_Groups + 1, step});
+            else
+                state.m_Watch.See(state.m_Given);
         }
         const bool flushed = state.m_Watch.HasSeenTiny(groups.m_IsSilent);
         if (Flushing || !flushed)
@@ -61,13 +64,16 @@ private:
             L::Store(h.m_y2, m_y2);
         }
 
-        // Leaves the history only to the sections from the first to the last one.
-        void TakeBack(const SChainHistory& before, int first, int last) {
-            const typename L::CMask mask(first, last);
-            m_x1 = L::Select(mask, m_x1, L::Load(before.m_x1));
-            m_x2 = L::Select(mask, m_x2, L::Load(before.m_x2));
-            m_y1 = L::Select(mask, m_y1, L::Load(before.m_y1));
-            m_y2 = L::Select(mask, m_y2, L::Load(before.m_y2));
+        // Takes back what chains have done whose section hasn't begun or has ended.
+        void EndPartialStep(const SChainHistory& before, const typename L::CMask& running) {
+            m_x1 = L::Select(running, m_x1, L::Load(before.m_x1));
+            m_x2 = L::Select(running, m_x2, L::Load(before.m_x2));
+            m_y1 = L::Select(running, m_y1, L::Load(before.m_y1));
+            m_y2 = L::Select(running, m_y2, L::Load(before.m_y2));
+            F seen[GroupFrames];
+            for (int k = 0; k < GroupFrames; ++k)
+                seen[k] = L::SelectOrOne(running, m_Given[k]);
+            m_Watch.See(seen);
         }
 
         V m_x1, m_x2, m_y1, m_y2;
@@ -106,7 +112,6 @@ private:
         RunFrame<1>(c[stride], input, s);
         RunFrame<2>(c[2 * stride], input, s);
         RunFrame<3>(c[3 * stride], input, s);
-        s.m_Watch.See(s.m_Given);
         const int written = step - (Sections - 1);
         if (written >= 0)
             L::Write(s.m_Given, groups.m_Outputs[0] + written * GroupFrames,

@@ -99,6 +99,11 @@ struct SLanes {
             v.m_Chains[i] = mask.Has(i) ? yes.m_Chains[i] : no.m_Chains[i];
         return v;
     }
+    static F SelectOrOne(const CMask& mask, F given) {
+        for (int i = 0; i < Chains; ++i)
+            given.m_Chains[i] = mask.Has(i) ? given.m_Chains[i] : 1.0f;
+        return given;
+    }
 };
 
 } // namespace

@@ -111,6 +111,14 @@ struct SLanes {
             v.m_Sections[s] = Select(mask.m_Sections[s], yes.m_Sections[s], no.m_Sections[s]);
         return v;
     }
+    static F SelectOrOne(const CMask& mask, const F& given) {
+        F f;
+        for (int s = 0; s < Sections; ++s)
+            f.m_Sections[s] =
+                _mm_castpd_ps(Select(mask.m_Sections[s], _mm_castps_pd(given.m_Sections[s]),
+                                     _mm_castps_pd(_mm_set1_ps(1.0f))));
+        return f;
+    }
 
 private:
     static __m128d Select(__m128d mask, __m128d yes, __m128d no) {
