@@ -26,25 +26,22 @@ template <class L, bool Flushing>
 class TCascadeLoop {
 public:
     static bool Run(const SCascadeGroups& groups) {
-        SChainHistory before = *groups.m_History;
-        SState state(before);
-        const int steps = groups.m_Groups + Sections - 1;
-        for (int step = 0; step < steps; ++step) {
-            // The last section begins some steps after the first one, and ends as much later.
-            const bool isPartial = step < Sections - 1 || step >= groups.m_Groups;
-            if (isPartial) [[unlikely]]
-                state.StoreHistory(before);
-            RunGroup(groups, step, state);
-            if (isPartial) [[unlikely]]
-                state.EndPartialStep(
-                    before, {step < groups.m_Groups ? 0 : step - groups.m_Groups + 1, step});
-            else
-                state.m_Watch.See(state.m_Given);
+        SState state(*groups.m_History);
+        int step = 0;
+        // The last section begins some steps after the first one, and ends as much later.
+        for (; step < Sections - 1; ++step)
+            RunPartialStep(groups, step, state);
+        for (; step < groups.m_Groups; ++step) {
+            RunStep(groups, step, step, state);
+            Write(groups, step, state);
+            state.m_Watch.See(state.m_Given);
         }
-        const bool flushed = state.m_Watch.HasSeenTiny(groups.m_IsSilent);
-        if (Flushing || !flushed)
+        for (; step < groups.m_Groups + Sections - 1; ++step)
+            RunPartialStep(groups, step, state);
+        const bool hasSeenTiny = state.m_Watch.HasSeenTiny(groups.m_IsSilent);
+        if (Flushing || !hasSeenTiny)
             state.StoreHistory(*groups.m_History);
-        return flushed;
+        return hasSeenTiny;
     }
 
 private:
@@ -62,18 +59,6 @@ private:
             L::Store(h.m_x2, m_x2);
             L::Store(h.m_y1, m_y1);
             L::Store(h.m_y2, m_y2);
-        }
-
-        // Takes back what chains have done whose section hasn't begun or has ended.
-        void EndPartialStep(const SChainHistory& before, const typename L::CMask& running) {
-            m_x1 = L::Select(running, m_x1, L::Load(before.m_x1));
-            m_x2 = L::Select(running, m_x2, L::Load(before.m_x2));
-            m_y1 = L::Select(running, m_y1, L::Load(before.m_y1));
-            m_y2 = L::Select(running, m_y2, L::Load(before.m_y2));
-            F seen[GroupFrames];
-            for (int k = 0; k < GroupFrames; ++k)
-                seen[k] = L::SelectOrOne(running, m_Given[k]);
-            m_Watch.See(seen);
         }
 
         V m_x1, m_x2, m_y1, m_y2;
@@ -101,21 +86,46 @@ private:
         s.m_y1 = y;
     }
 
-    [[gnu::always_inline]] static void RunGroup(const SCascadeGroups& groups, int step, SState& s) {
-        // Behind the end no section takes the input any more.
-        const int read = step < groups.m_Groups ? step : groups.m_Groups - 1;
-        const typename L::CInput input(groups.m_Inputs[0] + read * GroupFrames,
-                                       groups.m_Inputs[1] + read * GroupFrames);
+    // The chains of a section do the group that the section has reached.
+    [[gnu::always_inline]] static void RunStep(const SCascadeGroups& groups, int step,
+                                               int inputGroup, SState& s) {
+        const typename L::CInput input(groups.m_Inputs[0] + inputGroup * GroupFrames,
+                                       groups.m_Inputs[1] + inputGroup * GroupFrames);
         const int stride = groups.m_CoefficientsStride;
         const SChainCoefficients* const c = groups.m_Coefficients + step * GroupFrames * stride;
         RunFrame<0>(c[0], input, s);
         RunFrame<1>(c[stride], input, s);
         RunFrame<2>(c[2 * stride], input, s);
         RunFrame<3>(c[3 * stride], input, s);
-        const int written = step - (Sections - 1);
-        if (written >= 0)
-            L::Write(s.m_Given, groups.m_Outputs[0] + written * GroupFrames,
-                     groups.m_Outputs[1] + written * GroupFrames);
+    }
+
+    [[gnu::always_inline]] static void Write(const SCascadeGroups& groups, int step,
+                                             const SState& s) {
+        const int frame = (step - (Sections - 1)) * GroupFrames;
+        L::Write(s.m_Given, groups.m_Outputs[0] + frame, groups.m_Outputs[1] + frame);
+    }
+
+    // Takes back what chains have done whose section hasn't begun or has ended.
+    [[gnu::always_inline]] static void RunPartialStep(const SCascadeGroups& groups, int step,
+                                                      SState& s) {
+        const int ended = step - groups.m_Groups;
+        const typename L::CMask running(ended < 0 ? 0 : ended + 1, step);
+        const V x1 = s.m_x1;
+        const V x2 = s.m_x2;
+        const V y1 = s.m_y1;
+        const V y2 = s.m_y2;
+        // Behind the end no section takes the input any more.
+        RunStep(groups, step, ended < 0 ? step : groups.m_Groups - 1, s);
+        s.m_x1 = L::Select(running, s.m_x1, x1);
+        s.m_x2 = L::Select(running, s.m_x2, x2);
+        s.m_y1 = L::Select(running, s.m_y1, y1);
+        s.m_y2 = L::Select(running, s.m_y2, y2);
+        F seen[GroupFrames];
+        for (int k = 0; k < GroupFrames; ++k)
+            seen[k] = L::SelectOrOne(running, s.m_Given[k]);
+        s.m_Watch.See(seen);
+        if (step >= Sections - 1)
+            Write(groups, step, s);
     }
 };
 
