@@ -42,7 +42,7 @@ public:
     void StartCascade(DSP::Kernel::SCascadeChannel& channel,
                       const DSP::IConstFilterPropertiesVariations* variations, int samples)
         LATHE_REALTIME;
-    void EndCascade(const DSP::IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+    void EndCascade() LATHE_REALTIME;
 
 protected:
     void OnInputParamsChanged(const DSP::IConstParamsValues& values) LATHE_REALTIME override;
@@ -54,14 +54,22 @@ protected:
         LATHE_REALTIME override;
 
 private:
+    // The parameters at one end of a block, and as bits which of them are new there.
+    struct SUserValues {
+        SUserValues() = default;
+        explicit SUserValues(const DSP::IConstFilterProperties& from) LATHE_REALTIME;
+
+        double m_Values[6] = {};
+        unsigned m_Dirty = 0;
+    };
+    struct SChanges;
     struct SStage;
 
     void WireOutputs();
     void WireResponses() LATHE_REALTIME;
-    void NoteChanges(const DSP::IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
-    const DSP::IConstFilterPropertiesVariations*
-    TranslateVariations(const SStage& stage,
-                        const DSP::IConstFilterPropertiesVariations* variations, int samples)
+    void NoteChanges(const SChanges& changes) LATHE_REALTIME;
+    const DSP::IConstFilterPropertiesVariations& Translate(const SChanges& changes,
+                                                           const SStage& stage, int samples)
         LATHE_REALTIME;
 
     // Shared by all channels; held from construction, so that the audio thread never builds it.
@@ -73,6 +81,8 @@ private:
     // Scratch: the variations of the stage being run.
     DSP::CFilterPropertiesVariations m_StageVariations;
     DSP::CDynamicParamsValues m_StageParams{3};
+    // Where the block of a cascade ends.
+    SUserValues m_CascadeEnd;
 
     CoreUtilities::TPointersValueVector<Math::IFunction> m_OutputCurves{6};
     Math::TFunctionsOperation<&Math::FunctionsLibrary::Product> m_GainResponse;

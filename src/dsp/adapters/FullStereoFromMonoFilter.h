@@ -67,23 +67,19 @@ public:
             CFilterPropertiesVariationsAdapter& variations = this->m_ProcessVariations;
             if (data.m_pVariations)
                 variations.Attach(*data.m_pVariations);
-            const auto forChannels = [&](auto operation) {
-                for (int channel = 0; channel < Kernel::Channels; ++channel) {
-                    F& filter = channel == 0 ? this->m_Left : this->m_Right;
-                    if (data.m_pVariations)
-                        variations.SetChannel(filter, channel);
-                    operation(filter, cascade.GetChannel(channel),
-                              data.m_pVariations ? &variations : nullptr);
-                }
-            };
-            forChannels([&](F& filter, auto& channel, const auto* channelVariations) {
-                filter.StartCascade(channel, channelVariations, data.m_SamplesCount);
-            });
+            for (int channel = 0; channel < Kernel::Channels; ++channel) {
+                F& filter = channel == 0 ? this->m_Left : this->m_Right;
+                if (data.m_pVariations)
+                    variations.SetChannel(filter, channel);
+                filter.StartCascade(cascade.GetChannel(channel),
+                                    data.m_pVariations ? &variations : nullptr,
+                                    data.m_SamplesCount);
+            }
             cascade.Run(matrix);
-            if (data.m_pVariations)
-                forChannels([](F& filter, auto&, const auto* channelVariations) {
-                    filter.EndCascade(*channelVariations);
-                });
+            if (data.m_pVariations) {
+                this->m_Left.EndCascade();
+                this->m_Right.EndCascade();
+            }
             return true;
         } else {
             return false;

@@ -111,7 +111,7 @@ void CBiquadFilter::OnReset() {
 void CBiquadFilter::ProcessBlock(const CFilterProcessData& data) {
     if (!HasChannels(data, m_InputChannels, m_OutputChannels))
         return;
-    const int rampOrders = StartBlock(data.m_pVariations);
+    const int rampOrders = data.m_pVariations ? StartBlock(*data.m_pVariations) : 0;
     m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
     if (m_Cursors.IsContiguousMono())
         FilterSamples(m_Cursors.m_Inputs[0], m_Cursors.m_Outputs[0], data.m_SamplesCount,
@@ -122,11 +122,9 @@ void CBiquadFilter::ProcessBlock(const CFilterProcessData& data) {
         SetInputValues(data.m_pVariations->GetEnd());
 }
 
-int CBiquadFilter::StartBlock(const IConstFilterPropertiesVariations* variations) {
-    if (!variations)
-        return 0;
-    SetInputValues(variations->GetStart());
-    const IConstRates& rates = variations->GetVariations(Params);
+int CBiquadFilter::StartBlock(const IConstFilterPropertiesVariations& variations) {
+    SetInputValues(variations.GetStart());
+    const IConstRates& rates = variations.GetVariations(Params);
     // Without a rate nothing moves, as in OnInputParamsChanged.
     const int rampOrders = m_SampleRate != 0.0 ? std::min(rates.GetCount(), MaxRampOrders) : 0;
     for (int order = 1; order <= rampOrders; ++order)

@@ -37,9 +37,9 @@ public:
     // A block whose frames another walks through: StartBlock, then for some frames after the others
     // either FilterSamples or the coefficients and the history, then SetInputValues of the end.
 
-    // Applies the start values, if there are any. Returns the orders of the ramp: with none, the
+    // Applies the start values. Returns the orders of the ramp: with none, the
     // coefficients hold for the whole block.
-    int StartBlock(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
+    int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
     // The coefficients of the next frames of a ramp.
     virtual void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME = 0;

@@ -96,18 +96,16 @@ void CGain::OnInputParamsChanged(const IConstParamsValues& values) {
 void CGain::ProcessBlock(const CFilterProcessData& data) {
     if (!HasChannels(data, m_InputChannels, m_OutputChannels))
         return;
-    const int rampOrders = StartBlock(data.m_pVariations);
+    const int rampOrders = data.m_pVariations ? StartBlock(*data.m_pVariations) : 0;
     m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
     ProcessFrames(data.m_SamplesCount, rampOrders);
     if (data.m_pVariations)
         SetInputValues(data.m_pVariations->GetEnd());
 }
 
-int CGain::StartBlock(const IConstFilterPropertiesVariations* variations) {
-    if (!variations)
-        return 0;
-    SetInputValues(variations->GetStart());
-    return SetRamp(*variations);
+int CGain::StartBlock(const IConstFilterPropertiesVariations& variations) {
+    SetInputValues(variations.GetStart());
+    return SetRamp(variations);
 }
 
 int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {

@@ -30,8 +30,8 @@ public:
     // A block whose frames another walks through: StartBlock, then the samples, then
     // SetInputValues of the end.
 
-    // Applies the start values, if there are any. Returns the orders of the ramp.
-    int StartBlock(const IConstFilterPropertiesVariations* variations) LATHE_REALTIME;
+    // Applies the start values. Returns the orders of the ramp.
+    int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
     // The next samples of one channel; the output may be the input.
     void ScaleSamples(const float* input, float* output, int samples, int rampOrders)
         LATHE_REALTIME;

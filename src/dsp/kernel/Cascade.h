@@ -28,7 +28,8 @@ struct SCascadeChannel {
     Filters::CGain* m_Gain = nullptr;
     // In the order of the signal.
     Filters::CBiquadFilter* m_Sections[Sections] = {};
-    // As StartBlock of the gain and of the sections has answered, the same for all channels.
+    // As StartBlock of the gain and of the sections has answered, the same for all channels; 0 in a
+    // block that starts nothing.
     int m_GainOrders = 0;
     int m_SectionOrders = 0;
 };
@@ -39,7 +40,7 @@ template <class F>
 concept CascadeFilter = requires(F& filter, SCascadeChannel& channel,
                                  const IConstFilterPropertiesVariations& variations, int samples) {
     filter.StartCascade(channel, &variations, samples);
-    filter.EndCascade(variations);
+    filter.EndCascade();
 };
 
 class CCascade {
