@@ -331,6 +331,9 @@ void CCairnEQ::OnInputParamsChanged(const IConstParamsValues& values) {
 }
 
 void CCairnEQ::OnSilence(int samples) {
+    // The silence before has cleared the sections, and nothing has run since.
+    if (m_SilentSamples > 0)
+        return;
     m_LowShelf.OnSilence(samples);
     m_Peak.OnSilence(samples);
     m_HighShelf.OnSilence(samples);

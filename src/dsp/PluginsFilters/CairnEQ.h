@@ -21,7 +21,7 @@ namespace Math = Lathe::Math;
 
 // Signal order: pre-gain, peak, low shelf, high shelf; only the first stage reads the input, the
 // others work in place on the output.
-class CCairnEQ : public DSP::CBaseCoreDSPFilter {
+class CCairnEQ final : public DSP::CBaseCoreDSPFilter {
 public:
     CCairnEQ();
     CCairnEQ(const CCairnEQ& other);

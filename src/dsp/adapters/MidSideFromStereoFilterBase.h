@@ -134,9 +134,15 @@ public:
         Decode(data, outputs);
     }
     bool ProcessSilence(const CFilterProcessData& data) LATHE_REALTIME override {
-        const int outputs = GetCurrentIOConfiguration().GetOutputs().GetCount();
+        const int outputs = m_Stereo.GetCurrentIOConfiguration().GetOutputs().GetCount();
         if (!HasChannels(data, 0, outputs))
             return false;
+        if (!data.m_pVariations) {
+            const bool hasSignal = m_Stereo.ProcessSilence(data);
+            if (hasSignal || !CMidSideMatrix(m_ModeRamp[0]).KeepsZeros())
+                Decode(data, outputs);
+            return hasSignal;
+        }
         const bool hasSignal = m_Stereo.ProcessSilence(WithStereoVariations(data));
         Decode(data, outputs);
         return hasSignal;

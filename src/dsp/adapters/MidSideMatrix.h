@@ -22,6 +22,9 @@ public:
     // infinity of one side into the other.
     bool IsIdentity() const LATHE_REALTIME { return m_IsIdentity; }
 
+    // Whether decoding leaves zeros what they are, without a sign: for every mode in its range.
+    bool KeepsZeros() const LATHE_REALTIME { return m_a >= 0.0f && m_b >= 0.0f; }
+
     struct SPair {
         float m_First;
         float m_Second;

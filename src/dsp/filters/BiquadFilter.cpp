@@ -97,7 +97,7 @@ bool CBiquadFilter::UpdateResponse(Algorithm::CBiquadFrequencyResponse& response
 
 void CBiquadFilter::OnSilence(int samples) {
     if (samples > 0)
-        OnReset();
+        CBiquadFilter::OnReset();
 }
 
 void CBiquadFilter::OnInit(const CFilterInitInfo&) {

@@ -10,7 +10,7 @@
 
 namespace Lathe::Audio::DSP::Filters {
 
-class CGain : public CBaseCoreDSPFilter {
+class CGain final : public CBaseCoreDSPFilter {
 public:
     explicit CGain(int channels);
     CGain(const CGain& other);

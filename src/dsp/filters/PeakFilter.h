@@ -7,7 +7,7 @@
 
 namespace Lathe::Audio::DSP::Filters {
 
-class CPeakFilter : public CBiquadFilter {
+class CPeakFilter final : public CBiquadFilter {
 public:
     explicit CPeakFilter(int channels);
 

@@ -38,7 +38,7 @@ private:
     SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
 };
 
-class CLowShelfFilter : public CShelfFilter {
+class CLowShelfFilter final : public CShelfFilter {
 public:
     explicit CLowShelfFilter(int channels) : CShelfFilter(channels) {}
 
@@ -53,7 +53,7 @@ protected:
     SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
 };
 
-class CHighShelfFilter : public CShelfFilter {
+class CHighShelfFilter final : public CShelfFilter {
 public:
     explicit CHighShelfFilter(int channels) : CShelfFilter(channels) {}
 
