@@ -5,8 +5,8 @@
 #include "dsp/FilterProductInfo.h"
 #include "dsp/filters/ResponseCurves.h"
 
-#include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace PluginsFilters {
 
@@ -106,34 +106,27 @@ const CCurveInfos& GetCurveInfos() {
 // The curves of a section, in their order.
 enum ESectionCurve : int { SectionGain, SectionGaindB, SectionPhase };
 
-// The shelves' frequencies from the user's parameters. Only the high one can reach beyond the
-// Nyquist frequency, and stays below it.
-
-double GetLowFrequency(const double* from, double) {
-    return from[Frequency] * std::pow(2.0, -0.5 * from[Bandwidth]);
-}
-
-double GetHighFrequency(const double* from, double sampleRate) {
-    const double nyquist = 0.5 * sampleRate;
-    const double frequency = from[Frequency] * std::pow(2.0, 0.5 * from[Bandwidth]);
-    return frequency > nyquist ? nyquist - 20.0 : frequency;
-}
-
 const CProcessInfo& GetMonoProcessInfo() {
     static const CProcessInfo info(1, 1);
     return info;
 }
 
-void Read(const IConstParamsValues& from, double* to) {
-    for (int param = 0; param < ParamsCount; ++param)
-        to[param] = from.GetValue(param);
-}
-
 } // namespace
 
-CCairnEQ::SUserValues::SUserValues(const IConstFilterProperties& from) {
-    Read(from.GetParams(), m_Values);
-    const IConstDirtyFlags& flags = from.GetDirty(Params);
+CCairnEQ::SUserValues::SUserValues(const IConstParamsValues& values, const SUserValues& known)
+    : m_LowRatio(known.m_LowRatio), m_HighRatio(known.m_HighRatio) {
+    for (int param = 0; param < ParamsCount; ++param)
+        m_Values[param] = values.GetValue(param);
+    if (std::memcmp(&m_Values[Bandwidth], &known.m_Values[Bandwidth], sizeof(double)) == 0)
+        return;
+    m_LowRatio = std::pow(2.0, -0.5 * m_Values[Bandwidth]);
+    m_HighRatio = std::pow(2.0, 0.5 * m_Values[Bandwidth]);
+}
+
+CCairnEQ::SUserValues::SUserValues(const IConstFilterProperties& properties,
+                                   const SUserValues& known)
+    : SUserValues(properties.GetParams(), known) {
+    const IConstDirtyFlags& flags = properties.GetDirty(Params);
     for (int param = 0; param < ParamsCount; ++param)
         m_Dirty |= flags.GetElement(param).IsDirty() ? 1u << param : 0u;
 }
@@ -145,17 +138,17 @@ struct CCairnEQ::SStage {
     EParam m_Sources[3];
     // Instead of that for the first one, where it isn't linear in its sources, frequency and
     // bandwidth: its rate is taken from its start and end.
-    double (*m_GetFrequency)(const double* from, double sampleRate);
+    double (*m_GetFrequency)(const SUserValues& from, double sampleRate);
 
-    void Translate(const double* from, double sampleRate, IParamsValues& to) const {
+    void Translate(const SUserValues& from, double sampleRate, IParamsValues& to) const {
         for (int i = 0; i < m_ParamsCount; ++i)
             to.SetValue(i, i == 0 && m_GetFrequency ? m_GetFrequency(from, sampleRate)
-                                                    : from[m_Sources[i]]);
+                                                    : from.m_Values[m_Sources[i]]);
     }
 
     void Fill(const SUserValues& from, double sampleRate, CFilterProperties& to) const {
         to.SetParamsCount(m_ParamsCount);
-        Translate(from.m_Values, sampleRate, to.GetParams());
+        Translate(from, sampleRate, to.GetParams());
         for (int i = 0; i < m_ParamsCount; ++i) {
             unsigned sources = 1u << m_Sources[i];
             if (i == 0 && m_GetFrequency)
@@ -168,6 +161,16 @@ struct CCairnEQ::SStage {
     void FillRates(const SChanges& changes, int order, double sampleRate, int samples,
                    const CFilterPropertiesVariations& ends, CDynamicParamsValues& to) const;
 
+    static double GetLowFrequency(const SUserValues& from, double) {
+        return from.m_Values[Frequency] * from.m_LowRatio;
+    }
+    // Only this one can reach beyond the Nyquist frequency, and stays below it.
+    static double GetHighFrequency(const SUserValues& from, double sampleRate) {
+        const double nyquist = 0.5 * sampleRate;
+        const double frequency = from.m_Values[Frequency] * from.m_HighRatio;
+        return frequency > nyquist ? nyquist - 20.0 : frequency;
+    }
+
     static const SStage GainStage;
     static const SStage PeakStage;
     static const SStage LowShelfStage;
@@ -176,42 +179,39 @@ struct CCairnEQ::SStage {
 
 constexpr CCairnEQ::SStage CCairnEQ::SStage::GainStage = {1, {Gain}, nullptr};
 constexpr CCairnEQ::SStage CCairnEQ::SStage::PeakStage = {3, {Frequency, Bandwidth, Mid}, nullptr};
-constexpr CCairnEQ::SStage CCairnEQ::SStage::LowShelfStage = {2, {Frequency, Low}, GetLowFrequency};
+constexpr CCairnEQ::SStage CCairnEQ::SStage::LowShelfStage = {
+    2, {Frequency, Low}, SStage::GetLowFrequency};
 constexpr CCairnEQ::SStage CCairnEQ::SStage::HighShelfStage = {
-    2, {Frequency, High}, GetHighFrequency};
+    2, {Frequency, High}, SStage::GetHighFrequency};
 
-// A block's changes, read from whatever views they come through once for all stages.
+// A block's changes, read once for all stages from whatever views they come through.
 struct CCairnEQ::SChanges {
-    explicit SChanges(const IConstFilterPropertiesVariations& variations)
-        : m_Start(variations.GetStart()), m_End(variations.GetEnd()) {
-        const IConstRates& rates = variations.GetVariations(Params);
-        m_Orders = std::min(rates.GetCount(), MaxOrders);
-        for (int order = 0; order < m_Orders; ++order)
-            Read(rates.GetElement(order), m_Rates[order]);
-    }
-
-    // No stage uses more.
-    static constexpr int MaxOrders = 2;
+    SChanges(const IConstFilterPropertiesVariations& variations, const SUserValues& known)
+        : m_Start(variations.GetStart(), known),
+          m_End(variations.GetEnd(), m_Start),
+          m_Rates(variations.GetVariations(Params)) {}
 
     SUserValues m_Start;
     SUserValues m_End;
-    int m_Orders;
-    double m_Rates[MaxOrders][ParamsCount];
+    const IConstRates& m_Rates;
 };
 
 void CCairnEQ::SStage::FillRates(const SChanges& changes, int order, double sampleRate, int samples,
                                  const CFilterPropertiesVariations& ends,
                                  CDynamicParamsValues& to) const {
     to.SetCount(m_ParamsCount);
-    const double* from = changes.m_Rates[order];
-    if (!m_GetFrequency || samples == 0) {
-        Translate(from, sampleRate, to);
+    const IConstParamsValues& from = changes.m_Rates.GetElement(order);
+    if (m_GetFrequency && samples == 0) {
+        Translate(SUserValues(from, {}), sampleRate, to);
         return;
     }
-    const double travel =
-        ends.GetEnd().GetParams().GetValue(0) - ends.GetStart().GetParams().GetValue(0);
-    to.SetValue(0, order == 0 ? travel / samples : 0.0);
-    to.SetValue(1, from[m_Sources[1]]);
+    for (int i = 0; i < m_ParamsCount; ++i)
+        to.SetValue(i, from.GetValue(m_Sources[i]));
+    if (m_GetFrequency) {
+        const double travel =
+            ends.GetEnd().GetParams().GetValue(0) - ends.GetStart().GetParams().GetValue(0);
+        to.SetValue(0, order == 0 ? travel / samples : 0.0);
+    }
 }
 
 CCairnEQ::CCairnEQ() : m_ProcessInfo(GetMonoProcessInfo()) {
@@ -317,8 +317,7 @@ bool CCairnEQ::UpdateOutputs() {
 
 void CCairnEQ::OnInputParamsChanged(const IConstParamsValues& values) {
     m_ParamsChanged = true;
-    double users[ParamsCount];
-    Read(values, users);
+    const SUserValues users(values, {});
     const auto apply = [&](const SStage& stage, auto& filter) {
         m_StageParams.SetCount(stage.m_ParamsCount);
         stage.Translate(users, m_SampleRate, m_StageParams);
@@ -379,7 +378,7 @@ void CCairnEQ::ProcessStreams(const IConstAudioStreams& inputs, IAudioStreams& o
         run(nullptr);
         return;
     }
-    const SChanges changes(*variations);
+    const SChanges changes(*variations, m_LastEnd);
     NoteChanges(changes);
     run(&changes);
 }
@@ -393,7 +392,7 @@ void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
     channel.m_Sections[2] = &m_HighShelf;
     if (!variations)
         return;
-    const SChanges changes(*variations);
+    const SChanges changes(*variations, m_LastEnd);
     NoteChanges(changes);
     const auto start = [&](const SStage& stage, auto& filter) {
         return filter.StartBlock(Translate(changes, stage, samples));
@@ -402,12 +401,11 @@ void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
     channel.m_SectionOrders = start(SStage::PeakStage, m_Peak);
     start(SStage::LowShelfStage, m_LowShelf);
     start(SStage::HighShelfStage, m_HighShelf);
-    m_CascadeEnd = changes.m_End;
 }
 
 void CCairnEQ::EndCascade() {
     const auto end = [&](const SStage& stage, auto& filter) {
-        stage.Fill(m_CascadeEnd, m_SampleRate, m_StageVariations.GetEnd());
+        stage.Fill(m_LastEnd, m_SampleRate, m_StageVariations.GetEnd());
         filter.SetInputValues(m_StageVariations.GetEnd());
     };
     end(SStage::GainStage, m_Gain);
@@ -417,6 +415,7 @@ void CCairnEQ::EndCascade() {
 }
 
 void CCairnEQ::NoteChanges(const SChanges& changes) {
+    m_LastEnd = changes.m_End;
     m_ParamsChanged = m_ParamsChanged || (changes.m_Start.m_Dirty | changes.m_End.m_Dirty) != 0;
 }
 
@@ -428,8 +427,9 @@ const IConstFilterPropertiesVariations& CCairnEQ::Translate(const SChanges& chan
     stage.Fill(changes.m_End, m_SampleRate, end);
 
     CFilterPropertiesVariations::CRates& rates = m_StageVariations.GetRates(Params);
-    rates.SetCount(changes.m_Orders);
-    for (int order = 0; order < changes.m_Orders; ++order)
+    const int orders = changes.m_Rates.GetCount();
+    rates.SetCount(orders);
+    for (int order = 0; order < orders; ++order)
         stage.FillRates(changes, order, m_SampleRate, samples, m_StageVariations, rates[order]);
     return m_StageVariations;
 }

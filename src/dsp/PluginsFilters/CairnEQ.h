@@ -54,12 +54,19 @@ protected:
         LATHE_REALTIME override;
 
 private:
-    // The parameters at one end of a block, and as bits which of them are new there.
+    // The parameters at one end of a block.
     struct SUserValues {
         SUserValues() = default;
-        explicit SUserValues(const DSP::IConstFilterProperties& from) LATHE_REALTIME;
+        // What is the same at the known end is taken from there.
+        SUserValues(const DSP::IConstParamsValues& values, const SUserValues& known) LATHE_REALTIME;
+        SUserValues(const DSP::IConstFilterProperties& properties, const SUserValues& known)
+            LATHE_REALTIME;
 
         double m_Values[6] = {};
+        // The frequencies of the shelves by that of the peak: half a bandwidth below and above it.
+        double m_LowRatio = 1.0;
+        double m_HighRatio = 1.0;
+        // As bits, the parameters that are new there.
         unsigned m_Dirty = 0;
     };
     struct SChanges;
@@ -81,8 +88,8 @@ private:
     // Scratch: the variations of the stage being run.
     DSP::CFilterPropertiesVariations m_StageVariations;
     DSP::CDynamicParamsValues m_StageParams{3};
-    // Where the block of a cascade ends.
-    SUserValues m_CascadeEnd;
+    // Where the last block that changed something ended.
+    SUserValues m_LastEnd;
 
     CoreUtilities::TPointersValueVector<Math::IFunction> m_OutputCurves{6};
     Math::TFunctionsOperation<&Math::FunctionsLibrary::Product> m_GainResponse;

@@ -11,6 +11,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace Lathe::Audio::DSP::Filters {
 
@@ -66,31 +67,35 @@ template <class TRamp, class TFormula>
 void CBiquadFilter::FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp,
                                  SCoefficientsRoom room, int count, int rampOrders,
                                  TFormula formula) LATHE_REALTIME {
-    // Channels that are the same to the bit stay so.
-    const bool areAlike =
-        std::memcmp(&ramp, &otherRamp, sizeof ramp) == 0 &&
-        std::memcmp(&m_Coefficients, &other.m_Coefficients, sizeof m_Coefficients) == 0;
     auto coefficients = JoinCoefficients(m_Coefficients, other.m_Coefficients);
-    TRamp left = ramp;
-    TRamp right = otherRamp;
-    CTurn leftTurn;
-    CTurn rightTurn;
-    for (int i = 0; i < count; ++i) {
-        room.Write(i, coefficients);
-        StepRamp(left, rampOrders);
-        StepRamp(right, rampOrders);
-        leftTurn.Set(left[0].m_Omega);
-        if (!areAlike)
-            rightTurn.Set(right[0].m_Omega);
-        const CTurn& turn = areAlike ? leftTurn : rightTurn;
-        const auto join = [&](auto member) {
-            return CDoublePair{left[0].*member, right[0].*member};
-        };
-        coefficients = formula(CDoublePair{leftTurn.GetSin(), turn.GetSin()},
-                               CDoublePair{leftTurn.GetCos(), turn.GetCos()}, join);
-    }
-    ramp = left;
-    otherRamp = right;
+    const auto fill = [&](auto areAlike) {
+        TRamp left = ramp;
+        TRamp right = otherRamp;
+        CTurn leftTurn;
+        CTurn rightTurn;
+        for (int i = 0; i < count; ++i) {
+            room.Write(i, coefficients);
+            StepRamp(left, rampOrders);
+            leftTurn.Set(left[0].m_Omega);
+            if constexpr (!areAlike) {
+                StepRamp(right, rampOrders);
+                rightTurn.Set(right[0].m_Omega);
+            }
+            const CTurn& turn = areAlike ? leftTurn : rightTurn;
+            const auto join = [&](auto member) {
+                return CDoublePair{left[0].*member, areAlike ? left[0].*member : right[0].*member};
+            };
+            coefficients = formula(CDoublePair{leftTurn.GetSin(), turn.GetSin()},
+                                   CDoublePair{leftTurn.GetCos(), turn.GetCos()}, join);
+        }
+        ramp = left;
+        otherRamp = areAlike ? left : right;
+    };
+    // Channels that are the same to the bit stay so.
+    if (std::memcmp(&ramp, &otherRamp, sizeof ramp) == 0)
+        fill(std::true_type());
+    else
+        fill(std::false_type());
     SetCoefficients(GetChannel(coefficients, 0));
     other.SetCoefficients(GetChannel(coefficients, 1));
 }
