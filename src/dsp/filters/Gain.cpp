@@ -144,11 +144,18 @@ void CGain::ScaleSamples(const float* input, float* output, int samples, int ram
             output[i] = Scale(gain, input[i]);
         return;
     }
-    for (int i = 0; i < samples; ++i) {
-        output[i] = Scale(gain, input[i]);
-        if (rampOrders > 1)
-            first *= second;
-        gain *= first;
+    // The gains ahead of the samples, which then go side by side.
+    std::array<float, 64> gains;
+    for (int at = 0; at < samples; at += static_cast<int>(gains.size())) {
+        const int count = std::min(static_cast<int>(gains.size()), samples - at);
+        for (int i = 0; i < count; ++i) {
+            gains[static_cast<std::size_t>(i)] = gain;
+            if (rampOrders > 1)
+                first *= second;
+            gain *= first;
+        }
+        for (int i = 0; i < count; ++i)
+            output[at + i] = Scale(gains[static_cast<std::size_t>(i)], input[at + i]);
     }
     m_Gain = {gain, first, second};
 }

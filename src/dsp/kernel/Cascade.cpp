@@ -16,7 +16,7 @@ namespace {
 
 // Frames that are run at a time: what is prepared for them stays in the nearest cache.
 constexpr int s_SteadyChunk = 256;
-constexpr int s_MovingChunk = 64;
+constexpr int s_MovingChunk = 96;
 // Of each section the coefficients begin one group later than those of the section before.
 constexpr int s_MovingRoom = s_MovingChunk + (Sections - 1) * GroupFrames;
 
