@@ -1,12 +1,12 @@
 #include "dsp/PluginsFilters/CairnEQ.h"
 
+#include "core/SameBits.h"
 #include "datamodel/objects/text/LogPositionMapper.h"
 #include "datamodel/objects/text/ParamValueToText.h"
 #include "dsp/FilterProductInfo.h"
 #include "dsp/filters/ResponseCurves.h"
 
 #include <cmath>
-#include <cstring>
 
 namespace PluginsFilters {
 
@@ -117,7 +117,7 @@ CCairnEQ::SUserValues::SUserValues(const IConstParamsValues& values, const SUser
     : m_LowRatio(known.m_LowRatio), m_HighRatio(known.m_HighRatio) {
     for (int param = 0; param < ParamsCount; ++param)
         m_Values[param] = values.GetValue(param);
-    if (std::memcmp(&m_Values[Bandwidth], &known.m_Values[Bandwidth], sizeof(double)) == 0)
+    if (Lathe::Core::SameBits(m_Values[Bandwidth], known.m_Values[Bandwidth]))
         return;
     m_LowRatio = std::pow(2.0, -0.5 * m_Values[Bandwidth]);
     m_HighRatio = std::pow(2.0, 0.5 * m_Values[Bandwidth]);

@@ -5,12 +5,10 @@
 // for one channel, pairs for two.
 #pragma once
 
+#include "core/SameBits.h"
 #include "dsp/filters/BiquadFilter.h"
 #include "math/SinCos.h"
 
-#include <bit>
-#include <cstdint>
-#include <cstring>
 #include <type_traits>
 
 namespace Lathe::Audio::DSP::Filters {
@@ -19,12 +17,10 @@ namespace Lathe::Audio::DSP::Filters {
 class CTurn {
 public:
     void Set(double angle) LATHE_REALTIME {
-        // By its bits: what is the same has the same sine, whatever it is.
-        const auto bits = std::bit_cast<std::uint64_t>(angle);
-        if (m_IsSet && bits == m_AngleBits)
+        if (m_IsSet && Core::SameBits(angle, m_Angle))
             return;
         m_IsSet = true;
-        m_AngleBits = bits;
+        m_Angle = angle;
         Math::SinCos(angle, m_Sin, m_Cos);
     }
     double GetSin() const LATHE_REALTIME { return m_Sin; }
@@ -32,7 +28,7 @@ public:
 
 private:
     bool m_IsSet = false;
-    std::uint64_t m_AngleBits = 0;
+    double m_Angle = 0.0;
     double m_Sin = 0.0;
     double m_Cos = 1.0;
 };
@@ -92,7 +88,7 @@ void CBiquadFilter::FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& other
         otherRamp = areAlike ? left : right;
     };
     // Channels that are the same to the bit stay so.
-    if (std::memcmp(&ramp, &otherRamp, sizeof ramp) == 0)
+    if (Core::SameBits(ramp, otherRamp))
         fill(std::true_type());
     else
         fill(std::false_type());

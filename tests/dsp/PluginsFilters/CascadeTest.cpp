@@ -190,13 +190,13 @@ public:
         const int stride = block.m_Layout == SBlock::Strided ? 2 : 1;
         CBuffers inputs(block.m_Input, stride);
         CBuffers apart(2, block.GetSamples(), 0.5f, stride);
-        CBuffers& outputs = block.m_Layout == SBlock::InPlace ? inputs : apart;
-        const bool isOther = block.m_Layout == SBlock::Crossed || block.m_Layout == SBlock::Shared;
-        COtherStreams other(inputs, block.m_Layout == SBlock::Crossed ? 1 : 0, 0);
-        m_Rig.Process(block.m_IsSilence ? nullptr : &inputs,
-                      isOther ? static_cast<IAudioStreams&>(other) : outputs, block.GetSamples());
+        COtherStreams crossed(inputs, 1, 0);
+        COtherStreams shared(inputs, 0, 0);
+        IAudioStreams* const outputs[] = {&apart, &inputs, &apart, &crossed, &shared};
+        m_Rig.Process(block.m_IsSilence ? nullptr : &inputs, *outputs[block.m_Layout],
+                      block.GetSamples());
         m_Filter->UpdateOutputs();
-        return isOther ? inputs.Read() : outputs.Read();
+        return (outputs[block.m_Layout] == &apart ? apart : inputs).Read();
     }
     double EvaluateCurve(int curve, double frequency) {
         return m_Filter->GetOutputCurves().GetValue(curve).Evaluate(frequency);
