@@ -193,8 +193,10 @@ public:
         COtherStreams crossed(inputs, 1, 0);
         COtherStreams shared(inputs, 0, 0);
         IAudioStreams* const outputs[] = {&apart, &inputs, &apart, &crossed, &shared};
-        m_Rig.Process(block.m_IsSilence ? nullptr : &inputs, *outputs[block.m_Layout],
-                      block.GetSamples());
+        const IConstAudioStreams* given = &inputs;
+        if (block.m_IsSilence)
+            given = nullptr;
+        m_Rig.Process(given, *outputs[block.m_Layout], block.GetSamples());
         m_Filter->UpdateOutputs();
         return (outputs[block.m_Layout] == &apart ? apart : inputs).Read();
     }
