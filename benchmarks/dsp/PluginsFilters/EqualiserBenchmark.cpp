@@ -190,17 +190,19 @@ struct SCase {
     void (CRig::*m_Process)();
     // The plain case that it is set beside.
     const char* m_Plain;
-    // The ratio that is wanted of the version for the newest processors; 0.0 for none.
+    // The ratio that is wanted of the first version.
     double m_Wanted;
+    // Of blocks of 64 frames, where what isn't a loop shows.
+    double m_WantedOfShort;
 };
 constexpr SCase s_Cases[] = {
-    {"steady", false, EMotion::All, 1, &CRig::ProcessSteady, "steady", 0.28},
-    {"mid/side", true, EMotion::All, 1, &CRig::ProcessSteady, "steady", 0.32},
-    {"all move", false, EMotion::All, 2, &CRig::ProcessRampedPair, "ramped", 0.75},
-    {"alike", false, EMotion::Alike, 2, &CRig::ProcessRampedPair, "ramped", 0.50},
-    {"gains move", false, EMotion::Gains, 2, &CRig::ProcessRampedPair, "ramped", 0.28},
-    {"silence", false, EMotion::All, 1, &CRig::ProcessSilence, "steady", 0.05},
-    {"silence m/s", true, EMotion::All, 1, &CRig::ProcessSilence, "steady", 0.05},
+    {"steady", false, EMotion::All, 1, &CRig::ProcessSteady, "steady", 0.28, 0.34},
+    {"mid/side", true, EMotion::All, 1, &CRig::ProcessSteady, "steady", 0.32, 0.38},
+    {"all move", false, EMotion::All, 2, &CRig::ProcessRampedPair, "ramped", 0.75, 0.75},
+    {"alike", false, EMotion::Alike, 2, &CRig::ProcessRampedPair, "ramped", 0.50, 0.50},
+    {"gains move", false, EMotion::Gains, 2, &CRig::ProcessRampedPair, "ramped", 0.28, 0.28},
+    {"silence", false, EMotion::All, 1, &CRig::ProcessSilence, "steady", 0.05, 0.05},
+    {"silence m/s", true, EMotion::All, 1, &CRig::ProcessSilence, "steady", 0.05, 0.05},
 };
 
 using Kernel::SCascadeVersion;
@@ -313,7 +315,8 @@ void PrintEqualiserTable(const CFastestTimes& times) {
             const auto plain = times.Get(GetBenchmarkName(c.m_Plain, "plain", frames));
             if (!plain)
                 continue;
-            std::printf("%-12s %7d %12.3f %8.2f", c.m_Name, frames, *plain, c.m_Wanted);
+            std::printf("%-12s %7d %12.3f %8.2f", c.m_Name, frames, *plain,
+                        frames == 64 ? c.m_WantedOfShort : c.m_Wanted);
             for (const SCascadeVersion* road : roads) {
                 const auto time = times.Get(GetBenchmarkName(c.m_Name, GetName(road), frames));
                 time ? std::printf(" %10.3f", *time / *plain) : std::printf(" %10s", "-");

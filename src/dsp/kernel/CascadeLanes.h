@@ -2,6 +2,8 @@
 // side, in plain arrays, so that a source compiled for a newer processor takes no code from here.
 #pragma once
 
+#include "core/Realtime.h"
+
 namespace Lathe::Audio::DSP::Kernel {
 
 constexpr int Channels = 2;
@@ -48,8 +50,8 @@ struct SCascadeGroups {
 };
 
 // The versions. True when a sample was met that needs flushing.
-bool RunCascadePortable(const SCascadeGroups& groups);
-bool RunCascadeSSE2(const SCascadeGroups& groups);
-bool RunCascadeAVX2(const SCascadeGroups& groups);
+bool RunCascadePortable(const SCascadeGroups& groups) LATHE_REALTIME;
+bool RunCascadeSSE2(const SCascadeGroups& groups) LATHE_REALTIME;
+bool RunCascadeAVX2(const SCascadeGroups& groups) LATHE_REALTIME;
 
 } // namespace Lathe::Audio::DSP::Kernel
