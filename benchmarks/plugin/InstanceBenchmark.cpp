@@ -30,6 +30,7 @@ namespace {
 constexpr double s_SampleRate = 48000.0;
 constexpr int s_FrameCounts[] = {32, 64, 512};
 constexpr int s_UndoSteps = 128;
+constexpr int s_MemoryFrames = 512;
 
 // No folders: the measured instance reads and writes no files.
 class CNoPaths : public CAudioPluginFilePathsBase {
@@ -192,6 +193,32 @@ std::size_t GetUsedMemory() {
     return mallinfo2().uordblks;
 }
 
+// What the heap holds for an object. The first one makes what all share.
+template <class TMake>
+double MeasureMemory(TMake make) {
+    make();
+    const std::size_t before = GetUsedMemory();
+    const auto object = make();
+    return static_cast<double>(GetUsedMemory() - before);
+}
+
+void PrintMemory() {
+    const double filter = MeasureMemory([] {
+        auto equaliser = std::make_unique<PluginsFilters::CDualCairnEQ>();
+        DSP::CFilterInitInfo info;
+        info.m_ResetToDefaults = true;
+        info.m_MaxBlockSize = s_MemoryFrames;
+        equaliser->Init(s_SampleRate, info);
+        return equaliser;
+    });
+    const double instance =
+        MeasureMemory([] { return std::make_unique<CInstance>(s_MemoryFrames); });
+    std::printf(
+        "Memory, for blocks of %d frames: %.1f KiB for the filter, %.1f KiB for an instance "
+        "with it and\nwith the host's parameters and buffers.\n",
+        s_MemoryFrames, filter / 1024.0, instance / 1024.0);
+}
+
 // What the heap holds more after a full history of which each step moved one parameter.
 std::size_t MeasureHistory(bool ownMIDISettings) {
     CInstance instance(64);
@@ -231,6 +258,7 @@ void PrintInstanceTable(const CFastestTimes& times) {
         std::printf("\nA whole state, MIDI settings included, as text: written in %.3f ms, read in "
                     "%.3f ms.\n",
                     *write * 1e-6, *read * 1e-6);
+    PrintMemory();
     std::printf("%d undo steps of one parameter each: %.0f KiB, with own MIDI settings %.0f KiB.\n",
                 s_UndoSteps, static_cast<double>(MeasureHistory(false)) / 1024.0,
                 static_cast<double>(MeasureHistory(true)) / 1024.0);

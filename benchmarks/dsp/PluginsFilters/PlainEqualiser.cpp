@@ -1,5 +1,7 @@
 #include "dsp/PluginsFilters/PlainEqualiser.h"
 
+#include "math/SinCos.h"
+
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -112,8 +114,9 @@ CPlainEqualiser::SSection CPlainEqualiser::Translate(EBand band, const SSettings
 }
 
 void CPlainEqualiser::Compute(EBand band, SSection& s) {
-    const double sinW = std::sin(s.m_Omega);
-    const double c = std::cos(s.m_Omega);
+    double sinW = 0.0;
+    double c = 1.0;
+    Lathe::Math::SinCos(s.m_Omega, sinW, c);
     if (band == EBand::Peak) {
         const double A = s.m_Root;
         const double alpha = sinW * s.m_HalfBandwidth;

@@ -1,5 +1,6 @@
 #include "dsp/PluginsFilters/CairnEQ.h"
 
+#include "core/SameBits.h"
 #include "datamodel/objects/text/LogPositionMapper.h"
 #include "datamodel/objects/text/ParamValueToText.h"
 #include "dsp/FilterProductInfo.h"
@@ -105,84 +106,113 @@ const CCurveInfos& GetCurveInfos() {
 // The curves of a section, in their order.
 enum ESectionCurve : int { SectionGain, SectionGaindB, SectionPhase };
 
-// Translations of the user's parameters into those of a stage.
-
-void TranslateGain(const IConstParamsValues& from, double, IParamsValues& to) {
-    to.SetValue(0, from.GetValue(Gain));
-}
-
-void TranslatePeak(const IConstParamsValues& from, double, IParamsValues& to) {
-    to.SetValue(0, from.GetValue(Frequency));
-    to.SetValue(1, from.GetValue(Bandwidth));
-    to.SetValue(2, from.GetValue(Mid));
-}
-
-void TranslateLowShelf(const IConstParamsValues& from, double, IParamsValues& to) {
-    to.SetValue(0, from.GetValue(Frequency) * std::pow(2.0, -0.5 * from.GetValue(Bandwidth)));
-    to.SetValue(1, from.GetValue(Low));
-}
-
-// Only this shelf can reach beyond the Nyquist frequency, and stays below it.
-void TranslateHighShelf(const IConstParamsValues& from, double sampleRate, IParamsValues& to) {
-    const double nyquist = 0.5 * sampleRate;
-    const double frequency =
-        from.GetValue(Frequency) * std::pow(2.0, 0.5 * from.GetValue(Bandwidth));
-    to.SetValue(0, frequency > nyquist ? nyquist - 20.0 : frequency);
-    to.SetValue(1, from.GetValue(High));
-}
-
 const CProcessInfo& GetMonoProcessInfo() {
     static const CProcessInfo info(1, 1);
     return info;
 }
 
-constexpr unsigned Uses(EParam param) {
-    return 1u << param;
+} // namespace
+
+CCairnEQ::SUserValues::SUserValues(const IConstParamsValues& values, const SUserValues& known)
+    : m_LowRatio(known.m_LowRatio), m_HighRatio(known.m_HighRatio) {
+    for (int param = 0; param < ParamsCount; ++param)
+        m_Values[param] = values.GetValue(param);
+    if (Lathe::Core::SameBits(m_Values[Bandwidth], known.m_Values[Bandwidth]))
+        return;
+    m_LowRatio = std::pow(2.0, -0.5 * m_Values[Bandwidth]);
+    m_HighRatio = std::pow(2.0, 0.5 * m_Values[Bandwidth]);
 }
 
-} // namespace
+CCairnEQ::SUserValues::SUserValues(const IConstFilterProperties& properties,
+                                   const SUserValues& known)
+    : SUserValues(properties.GetParams(), known) {
+    const IConstDirtyFlags& flags = properties.GetDirty(Params);
+    for (int param = 0; param < ParamsCount; ++param)
+        m_Dirty |= flags.GetElement(param).IsDirty() ? 1u << param : 0u;
+}
 
 // A stage as the translation sees it.
 struct CCairnEQ::SStage {
     int m_ParamsCount;
-    void (*m_Translate)(const IConstParamsValues& from, double sampleRate, IParamsValues& to);
-    // For each parameter of the stage the parameters of the user that it is made of.
-    unsigned m_Sources[3];
-    // The frequency is not linear in its sources: its rate is taken from its start and end.
-    bool m_HasDerivedFrequency;
+    // For each parameter of the stage the user's that it is.
+    EParam m_Sources[3];
+    // Instead of that for the first one, where it isn't linear in its sources, frequency and
+    // bandwidth: its rate is taken from its start and end.
+    double (*m_GetFrequency)(const SUserValues& from, double sampleRate);
 
-    void Fill(const IConstFilterProperties& from, double sampleRate, CFilterProperties& to) const {
+    void Translate(const SUserValues& from, double sampleRate, IParamsValues& to) const {
+        for (int i = 0; i < m_ParamsCount; ++i)
+            to.SetValue(i, i == 0 && m_GetFrequency ? m_GetFrequency(from, sampleRate)
+                                                    : from.m_Values[m_Sources[i]]);
+    }
+
+    void Fill(const SUserValues& from, double sampleRate, CFilterProperties& to) const {
         to.SetParamsCount(m_ParamsCount);
-        m_Translate(from.GetParams(), sampleRate, to.GetParams());
+        Translate(from, sampleRate, to.GetParams());
         for (int i = 0; i < m_ParamsCount; ++i) {
+            unsigned sources = 1u << m_Sources[i];
+            if (i == 0 && m_GetFrequency)
+                sources = 1u << Frequency | 1u << Bandwidth;
             Core::IDirty& flag = to.GetDirty(Params).GetElement(i);
-            IsAnySourceDirty(from.GetDirty(Params), m_Sources[i]) ? flag.SetDirty()
-                                                                  : flag.ClearDirty();
+            (from.m_Dirty & sources) != 0 ? flag.SetDirty() : flag.ClearDirty();
         }
+    }
+
+    void FillRates(const SChanges& changes, int order, double sampleRate, int samples,
+                   const CFilterPropertiesVariations& ends, CDynamicParamsValues& to) const;
+
+    static double GetLowFrequency(const SUserValues& from, double) {
+        return from.m_Values[Frequency] * from.m_LowRatio;
+    }
+    // Only this one can reach beyond the Nyquist frequency, and stays below it.
+    static double GetHighFrequency(const SUserValues& from, double sampleRate) {
+        const double nyquist = 0.5 * sampleRate;
+        const double frequency = from.m_Values[Frequency] * from.m_HighRatio;
+        return frequency > nyquist ? nyquist - 20.0 : frequency;
     }
 
     static const SStage GainStage;
     static const SStage PeakStage;
     static const SStage LowShelfStage;
     static const SStage HighShelfStage;
-
-private:
-    static bool IsAnySourceDirty(const IConstDirtyFlags& flags, unsigned sources) {
-        for (int param = 0; param < ParamsCount; ++param) {
-            if ((sources & (1u << param)) != 0 && flags.GetElement(param).IsDirty())
-                return true;
-        }
-        return false;
-    }
 };
 
-constexpr CCairnEQ::SStage CCairnEQ::SStage::GainStage = {1, TranslateGain, {Uses(Gain)}, false};
-constexpr CCairnEQ::SStage CCairnEQ::SStage::PeakStage = {
-    3, TranslatePeak, {Uses(Frequency), Uses(Bandwidth), Uses(Mid)}, false};
+constexpr CCairnEQ::SStage CCairnEQ::SStage::GainStage = {1, {Gain}, nullptr};
+constexpr CCairnEQ::SStage CCairnEQ::SStage::PeakStage = {3, {Frequency, Bandwidth, Mid}, nullptr};
 constexpr CCairnEQ::SStage CCairnEQ::SStage::LowShelfStage = {
-    2, TranslateLowShelf, {Uses(Frequency) | Uses(Bandwidth), Uses(Low)}, true};
+    2, {Frequency, Low}, SStage::GetLowFrequency};
 constexpr CCairnEQ::SStage CCairnEQ::SStage::HighShelfStage = {
-    2, TranslateHighShelf, {Uses(Frequency) | Uses(Bandwidth), Uses(High)}, true};
+    2, {Frequency, High}, SStage::GetHighFrequency};
+
+// A block's changes, read once for all stages from whatever views they come through.
+struct CCairnEQ::SChanges {
+    SChanges(const IConstFilterPropertiesVariations& variations, const SUserValues& known)
+        : m_Start(variations.GetStart(), known),
+          m_End(variations.GetEnd(), m_Start),
+          m_Rates(variations.GetVariations(Params)) {}
+
+    SUserValues m_Start;
+    SUserValues m_End;
+    const IConstRates& m_Rates;
+};
+
+void CCairnEQ::SStage::FillRates(const SChanges& changes, int order, double sampleRate, int samples,
+                                 const CFilterPropertiesVariations& ends,
+                                 CDynamicParamsValues& to) const {
+    to.SetCount(m_ParamsCount);
+    const IConstParamsValues& from = changes.m_Rates.GetElement(order);
+    if (m_GetFrequency && samples == 0) {
+        Translate(SUserValues(from, {}), sampleRate, to);
+        return;
+    }
+    for (int i = 0; i < m_ParamsCount; ++i)
+        to.SetValue(i, from.GetValue(m_Sources[i]));
+    if (m_GetFrequency) {
+        const double travel =
+            ends.GetEnd().GetParams().GetValue(0) - ends.GetStart().GetParams().GetValue(0);
+        to.SetValue(0, order == 0 ? travel / samples : 0.0);
+    }
+}
 
 CCairnEQ::CCairnEQ() : m_ProcessInfo(GetMonoProcessInfo()) {
     m_InputParamsInfo = GetParamInfos();
@@ -287,9 +317,10 @@ bool CCairnEQ::UpdateOutputs() {
 
 void CCairnEQ::OnInputParamsChanged(const IConstParamsValues& values) {
     m_ParamsChanged = true;
+    const SUserValues users(values, {});
     const auto apply = [&](const SStage& stage, auto& filter) {
         m_StageParams.SetCount(stage.m_ParamsCount);
-        stage.m_Translate(values, m_SampleRate, m_StageParams);
+        stage.Translate(users, m_SampleRate, m_StageParams);
         filter.OnInputParamsChanged(m_StageParams);
     };
     apply(SStage::GainStage, m_Gain);
@@ -299,6 +330,9 @@ void CCairnEQ::OnInputParamsChanged(const IConstParamsValues& values) {
 }
 
 void CCairnEQ::OnSilence(int samples) {
+    // The silence before has cleared the sections, and nothing has run since.
+    if (m_SilentSamples > 0)
+        return;
     m_LowShelf.OnSilence(samples);
     m_Peak.OnSilence(samples);
     m_HighShelf.OnSilence(samples);
@@ -325,47 +359,79 @@ void CCairnEQ::ProcessStreams(const IConstAudioStreams& inputs, IAudioStreams& o
                               const IConstFilterPropertiesVariations* variations) {
     if (inputs.GetCount() < 1 || outputs.GetCount() < 1)
         return;
-    if (variations)
-        m_ParamsChanged = m_ParamsChanged || IsAnyDirty(variations->GetStart(), Params) ||
-                          IsAnyDirty(variations->GetEnd(), Params);
     CFilterProcessData data;
     data.m_pInputs = &inputs;
     data.m_pOutputs = &outputs;
     data.m_SamplesCount = samples;
-    const auto run = [&](const SStage& stage, auto& filter) {
-        data.m_pVariations = TranslateVariations(stage, variations, samples);
-        filter.Process(data);
-        data.m_pInputs = &outputs;
+    const auto run = [&](const SChanges* changes) {
+        const auto runStage = [&](const SStage& stage, auto& filter) {
+            data.m_pVariations = changes ? &Translate(*changes, stage, samples) : nullptr;
+            filter.Process(data);
+            data.m_pInputs = &outputs;
+        };
+        runStage(SStage::GainStage, m_Gain);
+        runStage(SStage::PeakStage, m_Peak);
+        runStage(SStage::LowShelfStage, m_LowShelf);
+        runStage(SStage::HighShelfStage, m_HighShelf);
     };
-    run(SStage::GainStage, m_Gain);
-    run(SStage::PeakStage, m_Peak);
-    run(SStage::LowShelfStage, m_LowShelf);
-    run(SStage::HighShelfStage, m_HighShelf);
+    if (!variations) {
+        run(nullptr);
+        return;
+    }
+    const SChanges changes(*variations, m_LastEnd);
+    NoteChanges(changes);
+    run(&changes);
 }
 
-const IConstFilterPropertiesVariations*
-CCairnEQ::TranslateVariations(const SStage& stage,
-                              const IConstFilterPropertiesVariations* variations, int samples) {
+void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
+                            const IConstFilterPropertiesVariations* variations, int samples) {
+    m_SilentSamples = 0;
+    channel.m_Gain = &m_Gain;
+    channel.m_Sections[0] = &m_Peak;
+    channel.m_Sections[1] = &m_LowShelf;
+    channel.m_Sections[2] = &m_HighShelf;
     if (!variations)
-        return nullptr;
+        return;
+    const SChanges changes(*variations, m_LastEnd);
+    NoteChanges(changes);
+    const auto start = [&](const SStage& stage, auto& filter) {
+        return filter.StartBlock(Translate(changes, stage, samples));
+    };
+    channel.m_GainOrders = start(SStage::GainStage, m_Gain);
+    channel.m_SectionOrders = start(SStage::PeakStage, m_Peak);
+    start(SStage::LowShelfStage, m_LowShelf);
+    start(SStage::HighShelfStage, m_HighShelf);
+}
+
+void CCairnEQ::EndCascade() {
+    const auto end = [&](const SStage& stage, auto& filter) {
+        stage.Fill(m_LastEnd, m_SampleRate, m_StageVariations.GetEnd());
+        filter.SetInputValues(m_StageVariations.GetEnd());
+    };
+    end(SStage::GainStage, m_Gain);
+    end(SStage::PeakStage, m_Peak);
+    end(SStage::LowShelfStage, m_LowShelf);
+    end(SStage::HighShelfStage, m_HighShelf);
+}
+
+void CCairnEQ::NoteChanges(const SChanges& changes) {
+    m_LastEnd = changes.m_End;
+    m_ParamsChanged = m_ParamsChanged || (changes.m_Start.m_Dirty | changes.m_End.m_Dirty) != 0;
+}
+
+const IConstFilterPropertiesVariations& CCairnEQ::Translate(const SChanges& changes,
+                                                            const SStage& stage, int samples) {
     CFilterProperties& start = m_StageVariations.GetStart();
     CFilterProperties& end = m_StageVariations.GetEnd();
-    stage.Fill(variations->GetStart(), m_SampleRate, start);
-    stage.Fill(variations->GetEnd(), m_SampleRate, end);
+    stage.Fill(changes.m_Start, m_SampleRate, start);
+    stage.Fill(changes.m_End, m_SampleRate, end);
 
-    const IConstRates& sourceRates = variations->GetVariations(Params);
     CFilterPropertiesVariations::CRates& rates = m_StageVariations.GetRates(Params);
-    const int orders = sourceRates.GetCount();
+    const int orders = changes.m_Rates.GetCount();
     rates.SetCount(orders);
-    for (int order = 0; order < orders; ++order) {
-        rates[order].SetCount(stage.m_ParamsCount);
-        stage.m_Translate(sourceRates.GetElement(order), m_SampleRate, rates[order]);
-        if (stage.m_HasDerivedFrequency && samples != 0) {
-            const double travel = end.GetParams().GetValue(0) - start.GetParams().GetValue(0);
-            rates[order].SetValue(0, order == 0 ? travel / samples : 0.0);
-        }
-    }
-    return &m_StageVariations;
+    for (int order = 0; order < orders; ++order)
+        stage.FillRates(changes, order, m_SampleRate, samples, m_StageVariations, rates[order]);
+    return m_StageVariations;
 }
 
 } // namespace PluginsFilters

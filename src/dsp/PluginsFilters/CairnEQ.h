@@ -7,6 +7,7 @@
 #include "dsp/filters/Gain.h"
 #include "dsp/filters/PeakFilter.h"
 #include "dsp/filters/ShelfFilter.h"
+#include "dsp/kernel/Cascade.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "math/FunctionsComposition.h"
 #include "math/FunctionsOperation.h"
@@ -20,7 +21,7 @@ namespace Math = Lathe::Math;
 
 // Signal order: pre-gain, peak, low shelf, high shelf; only the first stage reads the input, the
 // others work in place on the output.
-class CCairnEQ : public DSP::CBaseCoreDSPFilter {
+class CCairnEQ final : public DSP::CBaseCoreDSPFilter {
 public:
     CCairnEQ();
     CCairnEQ(const CCairnEQ& other);
@@ -37,6 +38,12 @@ public:
     }
     DSP::IDirtyFlags& GetOutputCurvesDirty() LATHE_REALTIME override { return m_OutputCurvesDirty; }
 
+    // For a cascade that runs this channel beside another.
+    void StartCascade(DSP::Kernel::SCascadeChannel& channel,
+                      const DSP::IConstFilterPropertiesVariations* variations, int samples)
+        LATHE_REALTIME;
+    void EndCascade() LATHE_REALTIME;
+
 protected:
     void OnInputParamsChanged(const DSP::IConstParamsValues& values) LATHE_REALTIME override;
     void OnSilence(int samples) LATHE_REALTIME override;
@@ -47,13 +54,29 @@ protected:
         LATHE_REALTIME override;
 
 private:
+    // The parameters at one end of a block.
+    struct SUserValues {
+        SUserValues() = default;
+        // What is the same at the known end is taken from there.
+        SUserValues(const DSP::IConstParamsValues& values, const SUserValues& known) LATHE_REALTIME;
+        SUserValues(const DSP::IConstFilterProperties& properties, const SUserValues& known)
+            LATHE_REALTIME;
+
+        double m_Values[6] = {};
+        // The frequencies of the shelves by that of the peak: half a bandwidth below and above it.
+        double m_LowRatio = 1.0;
+        double m_HighRatio = 1.0;
+        // As bits, the parameters that are new there.
+        unsigned m_Dirty = 0;
+    };
+    struct SChanges;
     struct SStage;
 
     void WireOutputs();
     void WireResponses() LATHE_REALTIME;
-    const DSP::IConstFilterPropertiesVariations*
-    TranslateVariations(const SStage& stage,
-                        const DSP::IConstFilterPropertiesVariations* variations, int samples)
+    void NoteChanges(const SChanges& changes) LATHE_REALTIME;
+    const DSP::IConstFilterPropertiesVariations& Translate(const SChanges& changes,
+                                                           const SStage& stage, int samples)
         LATHE_REALTIME;
 
     // Shared by all channels; held from construction, so that the audio thread never builds it.
@@ -65,6 +88,8 @@ private:
     // Scratch: the variations of the stage being run.
     DSP::CFilterPropertiesVariations m_StageVariations;
     DSP::CDynamicParamsValues m_StageParams{3};
+    // Where the last block that changed something ended.
+    SUserValues m_LastEnd;
 
     CoreUtilities::TPointersValueVector<Math::IFunction> m_OutputCurves{6};
     Math::TFunctionsOperation<&Math::FunctionsLibrary::Product> m_GainResponse;

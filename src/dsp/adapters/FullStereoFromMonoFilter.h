@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dsp/adapters/StereoFromMonoFilter.h"
+#include "dsp/kernel/Cascade.h"
 
 namespace Lathe::Audio::DSP {
 
@@ -40,6 +41,8 @@ public:
     }
 
     void Process(const CFilterProcessData& data) LATHE_REALTIME override {
+        if (ProcessTogether(data, nullptr))
+            return;
         RunChannels(data, this->m_ProcessVariations,
                     [](F& filter, const CFilterProcessData& channelData) {
                         filter.Process(channelData);
@@ -51,6 +54,36 @@ public:
                            [](F& filter, const CFilterProcessData& channelData) {
                                return filter.ProcessSilence(channelData);
                            });
+    }
+
+    // As Process, within a matrix that may be null, with both channels in one cascade. False, and
+    // nothing is done, where the filters or the streams don't allow that.
+    bool ProcessTogether(const CFilterProcessData& data, const CMidSideMatrix* matrix)
+        LATHE_REALTIME {
+        if constexpr (Kernel::CascadeFilter<F>) {
+            Kernel::CCascade cascade;
+            if (!cascade.Aim(data))
+                return false;
+            CFilterPropertiesVariationsAdapter& variations = this->m_ProcessVariations;
+            if (data.m_pVariations)
+                variations.Attach(*data.m_pVariations);
+            for (int channel = 0; channel < Kernel::Channels; ++channel) {
+                F& filter = channel == 0 ? this->m_Left : this->m_Right;
+                if (data.m_pVariations)
+                    variations.SetChannel(filter, channel);
+                filter.StartCascade(cascade.GetChannel(channel),
+                                    data.m_pVariations ? &variations : nullptr,
+                                    data.m_SamplesCount);
+            }
+            cascade.Run(matrix);
+            if (data.m_pVariations) {
+                this->m_Left.EndCascade();
+                this->m_Right.EndCascade();
+            }
+            return true;
+        } else {
+            return false;
+        }
     }
 
 private:

@@ -115,6 +115,8 @@ public:
     int GetLatency() const LATHE_REALTIME override { return m_Stereo.GetLatency(); }
 
     void Process(const CFilterProcessData& data) LATHE_REALTIME override {
+        if (ProcessTogether(data))
+            return;
         const int inputs = GetCurrentIOConfiguration().GetInputs().GetCount();
         const int outputs = GetCurrentIOConfiguration().GetOutputs().GetCount();
         if (!HasChannels(data, inputs, outputs))
@@ -132,9 +134,15 @@ public:
         Decode(data, outputs);
     }
     bool ProcessSilence(const CFilterProcessData& data) LATHE_REALTIME override {
-        const int outputs = GetCurrentIOConfiguration().GetOutputs().GetCount();
+        const int outputs = m_Stereo.GetCurrentIOConfiguration().GetOutputs().GetCount();
         if (!HasChannels(data, 0, outputs))
             return false;
+        if (!data.m_pVariations) {
+            const bool hasSignal = m_Stereo.ProcessSilence(data);
+            if (hasSignal || !CMidSideMatrix(m_ModeRamp[0]).KeepsZeros())
+                Decode(data, outputs);
+            return hasSignal;
+        }
         const bool hasSignal = m_Stereo.ProcessSilence(WithStereoVariations(data));
         Decode(data, outputs);
         return hasSignal;
@@ -232,6 +240,24 @@ private:
             stereoData.m_pVariations = &m_Variations;
         }
         return stereoData;
+    }
+
+    // A block whose mode rests, where the stereo filter takes the matrix into its own loop: without
+    // a pass of the scratch streams.
+    bool ProcessTogether(const CFilterProcessData& data) LATHE_REALTIME {
+        if constexpr (requires { m_Stereo.ProcessTogether(data, nullptr); }) {
+            if (StartModeRamp(data.m_pVariations) > 0)
+                return false;
+            const CMidSideMatrix matrix(m_ModeRamp[0]);
+            if (!m_Stereo.ProcessTogether(WithStereoVariations(data),
+                                          matrix.IsIdentity() ? nullptr : &matrix))
+                return false;
+            if (data.m_pVariations)
+                SetModeValue(data.m_pVariations->GetEnd().GetParams(), 0);
+            return true;
+        } else {
+            return false;
+        }
     }
 
     // Sets the ramp to the start of the block. Returns the orders that move the mode: none in a

@@ -13,6 +13,42 @@ namespace Lathe::Audio::DSP {
 // rates per sample by order.
 using CMatrixRamp = std::array<double, 3>;
 
+// The matrix at one value of its parameter.
+class CMidSideMatrix {
+public:
+    explicit CMidSideMatrix(double parameter) LATHE_REALTIME;
+
+    // Left and right are the channels. The formulas give that too, but would mix a NaN or an
+    // infinity of one side into the other.
+    bool IsIdentity() const LATHE_REALTIME { return m_IsIdentity; }
+
+    // Whether decoding leaves zeros what they are, without a sign: for every mode in its range.
+    bool KeepsZeros() const LATHE_REALTIME { return m_a >= 0.0f && m_b >= 0.0f; }
+
+    struct SPair {
+        float m_First;
+        float m_Second;
+    };
+    // Left and right to the channels.
+    SPair Encode(float left, float right) const LATHE_REALTIME {
+        return {(m_a * right + m_b * left) * 0.5f, (m_b * right - m_a * left) * 0.5f};
+    }
+    // The channels to left and right.
+    SPair Decode(float c1, float c2) const LATHE_REALTIME {
+        return {(m_b * c1 - m_a * c2) * m_n, (m_b * c2 + m_a * c1) * m_n};
+    }
+    // The same for many; inputs and outputs don't overlap.
+    void Encode(const float* left, const float* right, float* channel1, float* channel2,
+                int samples) const LATHE_REALTIME;
+    void Decode(float* channel1, float* channel2, int samples) const LATHE_REALTIME;
+
+private:
+    bool m_IsIdentity;
+    float m_a;
+    float m_b;
+    float m_n;
+};
+
 // With a = 1 + x and b = 1 - x: c1 = (a R + b L) / 2, c2 = (b R - a L) / 2. At x = -1 the channels
 // are exactly L and R, whatever their samples are. A stream without data reads as zeros. Advances
 // the ramp by the samples.

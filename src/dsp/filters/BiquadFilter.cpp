@@ -40,7 +40,6 @@ CBiquadFilter::CBiquadFilter(int channels)
 CBiquadFilter::CBiquadFilter(const CBiquadFilter& other)
     : CBaseCoreDSPFilter(other),
       m_Cursors(other.m_Cursors),
-      m_RecomputeMask(other.m_RecomputeMask),
       m_InputChannels(other.m_InputChannels),
       m_OutputChannels(other.m_OutputChannels),
       m_ProcessInfo(other.m_ProcessInfo),
@@ -98,7 +97,7 @@ bool CBiquadFilter::UpdateResponse(Algorithm::CBiquadFrequencyResponse& response
 
 void CBiquadFilter::OnSilence(int samples) {
     if (samples > 0)
-        OnReset();
+        CBiquadFilter::OnReset();
 }
 
 void CBiquadFilter::OnInit(const CFilterInitInfo&) {
@@ -112,55 +111,69 @@ void CBiquadFilter::OnReset() {
 void CBiquadFilter::ProcessBlock(const CFilterProcessData& data) {
     if (!HasChannels(data, m_InputChannels, m_OutputChannels))
         return;
-    int rampOrders = 0;
-    if (data.m_pVariations) {
-        SetInputValues(data.m_pVariations->GetStart());
-        const IConstRates& rates = data.m_pVariations->GetVariations(Params);
-        // Without a rate nothing moves, as in OnInputParamsChanged.
-        rampOrders = m_SampleRate != 0.0 ? std::min(rates.GetCount(), MaxRampOrders) : 0;
-        for (int order = 1; order <= rampOrders; ++order)
-            SetRampOrder(order, rates.GetElement(order - 1));
-    }
+    const int rampOrders = data.m_pVariations ? StartBlock(*data.m_pVariations) : 0;
     m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
-    if (rampOrders > 0)
-        ProcessRampedFrames(data.m_SamplesCount, rampOrders);
+    if (m_Cursors.IsContiguousMono())
+        FilterSamples(m_Cursors.m_Inputs[0], m_Cursors.m_Outputs[0], data.m_SamplesCount,
+                      rampOrders);
     else
-        ProcessSteadyFrames(data.m_SamplesCount);
+        ProcessFrames(data.m_SamplesCount, rampOrders);
     if (data.m_pVariations)
         SetInputValues(data.m_pVariations->GetEnd());
 }
 
-// The history stays in registers for contiguous mono; the results are those of the general loop to
-// the bit.
-template <class TGetCoefficients>
-void CBiquadFilter::ProcessFrames(int samples, TGetCoefficients getCoefficients) {
-    if (m_Cursors.IsContiguousMono()) {
-        const float* input = m_Cursors.m_Inputs[0] + m_Cursors.m_InputPositions[0];
-        float* output = m_Cursors.m_Outputs[0] + m_Cursors.m_OutputPositions[0];
-        SBiquadHistory history = m_History[0];
-        for (int i = 0; i < samples; ++i)
-            output[i] = ProcessSample(getCoefficients(i), history, input[i]);
-        m_History[0] = history;
-        m_Cursors.m_InputPositions[0] += samples;
-        m_Cursors.m_OutputPositions[0] += samples;
+int CBiquadFilter::StartBlock(const IConstFilterPropertiesVariations& variations) {
+    SetInputValues(variations.GetStart());
+    const IConstRates& rates = variations.GetVariations(Params);
+    // Without a rate nothing moves, as in OnInputParamsChanged.
+    const int rampOrders = m_SampleRate != 0.0 ? std::min(rates.GetCount(), MaxRampOrders) : 0;
+    for (int order = 1; order <= rampOrders; ++order)
+        SetRampOrder(order, rates.GetElement(order - 1));
+    return rampOrders;
+}
+
+// Coefficients that move are computed for a chunk of frames ahead, so that the calls of sine and
+// cosine don't break up the recursion.
+template <class TProcess>
+void CBiquadFilter::ForFrames(int samples, int rampOrders, TProcess process) {
+    if (rampOrders == 0) {
+        process(samples, [coefficients = m_Coefficients](int) { return coefficients; });
         return;
     }
-    for (int i = 0; i < samples; ++i) {
-        m_Cursors.ReadFrame();
-        for (std::size_t c = 0; c < m_History.size(); ++c)
-            m_Cursors.m_Frame[c] =
-                ProcessSample(getCoefficients(i), m_History[c], m_Cursors.m_Frame[c]);
-        m_Cursors.WriteFrame();
+    static_assert(m_RecomputeMask == 0);
+    constexpr int chunk = 16;
+    double room[chunk][5];
+    for (int at = 0; at < samples; at += chunk) {
+        const int count = std::min(chunk, samples - at);
+        ComputeRamp({room[0], 5, 1}, count, rampOrders);
+        process(count, [&room](int i) {
+            return SBiquadCoefficients{room[i][0], room[i][1], room[i][2], room[i][3], room[i][4]};
+        });
     }
 }
 
-void CBiquadFilter::ProcessSteadyFrames(int samples) {
-    ProcessFrames(samples, [coefficients = m_Coefficients](int) { return coefficients; });
+void CBiquadFilter::ProcessFrames(int samples, int rampOrders) {
+    ForFrames(samples, rampOrders, [this](int count, auto getCoefficients) {
+        for (int i = 0; i < count; ++i) {
+            m_Cursors.ReadFrame();
+            for (std::size_t c = 0; c < m_History.size(); ++c)
+                m_Cursors.m_Frame[c] =
+                    ProcessSample(getCoefficients(i), m_History[c], m_Cursors.m_Frame[c]);
+            m_Cursors.WriteFrame();
+        }
+    });
 }
 
-void CBiquadFilter::ProcessMovingFrames(const SBiquadCoefficients* coefficients, int samples) {
-    ProcessFrames(samples,
-                  [coefficients](int i) -> const SBiquadCoefficients& { return coefficients[i]; });
+// As the loop over frames, with the history in registers.
+void CBiquadFilter::FilterSamples(const float* input, float* output, int count, int rampOrders) {
+    ForFrames(count, rampOrders, [&](int part, auto getCoefficients) {
+        SBiquadHistory history = m_History[0];
+        for (int i = 0; i < part; ++i)
+            output[i] = ProcessSample(getCoefficients(i), history, input[i]);
+        m_History[0] = history;
+        input += part;
+        output += part;
+    });
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -9,30 +9,13 @@
 #include "core/containers/ValueVector.h"
 #include "dsp/BaseCoreDSPFilter.h"
 #include "dsp/algorithm/BiquadFrequencyResponse.h"
+#include "dsp/filters/BiquadCoefficients.h"
 #include "dsp/filters/ChannelCursors.h"
 #include "math/FunctionsComposition.h"
 
 #include <vector>
 
 namespace Lathe::Audio::DSP::Filters {
-
-// y = b1 x1 + b2 x2 + b0 x + a1 y1 + a2 y2: the feedback coefficients are the negated ones of the
-// textbooks.
-struct SBiquadCoefficients {
-    double m_b0 = 1.0;
-    double m_b1 = 0.0;
-    double m_b2 = 0.0;
-    double m_a1 = 0.0;
-    double m_a2 = 0.0;
-};
-
-// The two previous inputs and outputs of a channel.
-struct SBiquadHistory {
-    double m_x1 = 0.0;
-    double m_x2 = 0.0;
-    double m_y1 = 0.0;
-    double m_y2 = 0.0;
-};
 
 class CBiquadFilter : public CBaseCoreDSPFilter {
 public:
@@ -51,6 +34,28 @@ public:
 
     const SBiquadCoefficients& GetCoefficients() const LATHE_REALTIME { return m_Coefficients; }
 
+    // A block whose frames another walks through: StartBlock, then for some frames after the others
+    // either FilterSamples or the coefficients and the history, then SetInputValues of the end.
+
+    // Applies the start values. Returns the orders of the ramp: with none, the
+    // coefficients hold for the whole block.
+    int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+    // The coefficients of the next frames of a ramp.
+    virtual void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
+        LATHE_REALTIME = 0;
+    // The same for this and the section of another channel, which is of the same class and has as
+    // many orders: its coefficients stand one double behind this one's.
+    virtual void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                                 int rampOrders) LATHE_REALTIME = 0;
+    const SBiquadHistory& GetHistory(int channel) const LATHE_REALTIME {
+        return m_History[static_cast<std::size_t>(channel)];
+    }
+    void SetHistory(int channel, const SBiquadHistory& history) LATHE_REALTIME {
+        m_History[static_cast<std::size_t>(channel)] = history;
+    }
+    // The next samples of the only channel; the output may be the input.
+    void FilterSamples(const float* input, float* output, int count, int rampOrders) LATHE_REALTIME;
+
 protected:
     explicit CBiquadFilter(int channels);
     CBiquadFilter(const CBiquadFilter& other);
@@ -65,14 +70,15 @@ protected:
     // Turns the rates of one order (from 1) into an entry of the section's ramp, which moves
     // nothing when their number is another.
     virtual void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME = 0;
-    // The section loop of a block that ramps: ProcessRamped with the section's own ramp.
-    virtual void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME = 0;
 
-    // For the array of a section's values, with Step(rates), and the function from its current
-    // values to coefficients; see BiquadRamp.h.
-    template <class TRamp, class TComputeCoefficients>
-    void ProcessRamped(TRamp& ramp, int samples, int rampOrders,
-                       TComputeCoefficients computeCoefficients) LATHE_REALTIME;
+    // ComputeRamp and ComputePairRamp for the array of a section's values and its formula; see
+    // BiquadRamp.h.
+    template <class TRamp, class TFormula>
+    void FillRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders, TFormula formula)
+        LATHE_REALTIME;
+    template <class TRamp, class TFormula>
+    void FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp, SCoefficientsRoom room,
+                      int count, int rampOrders, TFormula formula) LATHE_REALTIME;
 
     void SetCoefficients(const SBiquadCoefficients& coefficients) LATHE_REALTIME {
         m_Coefficients = coefficients;
@@ -80,23 +86,23 @@ protected:
     }
 
     CChannelCursors m_Cursors;
-    // A recomputation falls on the samples whose index has none of these bits: on all of them.
-    unsigned m_RecomputeMask = 0;
+    // A recomputation falls on the samples whose index has none of these bits: the ramp counts on
+    // its being all of them.
+    static constexpr unsigned m_RecomputeMask = 0;
     int m_InputChannels;
     int m_OutputChannels;
     CProcessInfo m_ProcessInfo;
-    SBiquadCoefficients m_Coefficients;
+    SBiquadCoefficients m_Coefficients = IdentityCoefficients;
     std::vector<SBiquadHistory> m_History;
     // Seconds; 0.0 when the rate is 0.
     double m_InvSampleRate = 0.0;
 
 private:
     void WireOutputs();
-    void ProcessSteadyFrames(int samples) LATHE_REALTIME;
-    // The next frames, each with coefficients of its own.
-    void ProcessMovingFrames(const SBiquadCoefficients* coefficients, int samples) LATHE_REALTIME;
-    template <class TGetCoefficients>
-    void ProcessFrames(int samples, TGetCoefficients getCoefficients) LATHE_REALTIME;
+    void ProcessFrames(int samples, int rampOrders) LATHE_REALTIME;
+    // Calls process(count, getCoefficients(i)) for the frames, in one part or several.
+    template <class TProcess>
+    void ForFrames(int samples, int rampOrders, TProcess process) LATHE_REALTIME;
     bool UpdateResponse(Algorithm::CBiquadFrequencyResponse& response) LATHE_REALTIME;
 
     Algorithm::CBiquadGain m_GainResponse;

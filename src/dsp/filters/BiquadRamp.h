@@ -1,36 +1,99 @@
-// The loop of a section whose parameters move, for the sources of the sections.
+// The coefficients of sections whose parameters move, for the sources of the sections.
+//
+// A section's values are a struct of doubles with an angle m_Omega and Step(rates). Its formula is
+// called as formula(sine, cosine, value), where value(member) is a member of the values: doubles
+// for one channel, pairs for two.
 #pragma once
 
+#include "core/SameBits.h"
 #include "dsp/filters/BiquadFilter.h"
+#include "math/SinCos.h"
 
-#include <algorithm>
-#include <array>
+#include <type_traits>
 
 namespace Lathe::Audio::DSP::Filters {
 
-// Coefficients are computed for a chunk of frames ahead, so that the calls of sine and cosine don't
-// break up the recursion.
-template <class TRamp, class TComputeCoefficients>
-void CBiquadFilter::ProcessRamped(TRamp& ramp, int samples, int rampOrders,
-                                  TComputeCoefficients computeCoefficients) LATHE_REALTIME {
-    std::array<SBiquadCoefficients, 16> chunk;
-    SBiquadCoefficients coefficients = m_Coefficients;
-    auto [current, first, second] = ramp;
-    for (int start = 0; start < samples; start += static_cast<int>(chunk.size())) {
-        const int count = std::min(static_cast<int>(chunk.size()), samples - start);
-        for (int i = 0; i < count; ++i) {
-            chunk[static_cast<std::size_t>(i)] = coefficients;
-            // Written out and not as a loop over the orders, which would keep the values in memory.
-            if (rampOrders > 1)
-                first.Step(second);
-            current.Step(first);
-            if ((m_RecomputeMask & static_cast<unsigned>(start + i)) == 0)
-                coefficients = computeCoefficients(current);
-        }
-        ProcessMovingFrames(chunk.data(), count);
+// The sine and cosine of an angle, which are computed when it moves.
+class CTurn {
+public:
+    void Set(double angle) LATHE_REALTIME {
+        if (m_IsSet && Core::SameBits(angle, m_Angle))
+            return;
+        m_IsSet = true;
+        m_Angle = angle;
+        Math::SinCos(angle, m_Sin, m_Cos);
     }
-    ramp = {current, first, second};
+    double GetSin() const LATHE_REALTIME { return m_Sin; }
+    double GetCos() const LATHE_REALTIME { return m_Cos; }
+
+private:
+    bool m_IsSet = false;
+    double m_Angle = 0.0;
+    double m_Sin = 0.0;
+    double m_Cos = 1.0;
+};
+
+// Moves on by a frame. Written out and not as a loop over the orders, which would keep the values
+// in memory.
+template <class TRamp>
+void StepRamp(TRamp& ramp, int rampOrders) LATHE_REALTIME {
+    if (rampOrders > 1)
+        ramp[1].Step(ramp[2]);
+    ramp[0].Step(ramp[1]);
+}
+
+template <class TRamp, class TFormula>
+void CBiquadFilter::FillRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders,
+                             TFormula formula) LATHE_REALTIME {
+    SBiquadCoefficients coefficients = m_Coefficients;
+    TRamp moving = ramp;
+    CTurn turn;
+    for (int i = 0; i < count; ++i) {
+        room.Write(i, coefficients);
+        StepRamp(moving, rampOrders);
+        turn.Set(moving[0].m_Omega);
+        coefficients =
+            formula(turn.GetSin(), turn.GetCos(), [&](auto member) { return moving[0].*member; });
+    }
+    ramp = moving;
     SetCoefficients(coefficients);
+}
+
+template <class TRamp, class TFormula>
+void CBiquadFilter::FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp,
+                                 SCoefficientsRoom room, int count, int rampOrders,
+                                 TFormula formula) LATHE_REALTIME {
+    auto coefficients = JoinCoefficients(m_Coefficients, other.m_Coefficients);
+    const auto fill = [&](auto areAlike) {
+        TRamp left = ramp;
+        TRamp right = otherRamp;
+        CTurn leftTurn;
+        CTurn rightTurn;
+        for (int i = 0; i < count; ++i) {
+            room.Write(i, coefficients);
+            StepRamp(left, rampOrders);
+            leftTurn.Set(left[0].m_Omega);
+            if constexpr (!areAlike) {
+                StepRamp(right, rampOrders);
+                rightTurn.Set(right[0].m_Omega);
+            }
+            const CTurn& turn = areAlike ? leftTurn : rightTurn;
+            const auto join = [&](auto member) {
+                return CDoublePair{left[0].*member, areAlike ? left[0].*member : right[0].*member};
+            };
+            coefficients = formula(CDoublePair{leftTurn.GetSin(), turn.GetSin()},
+                                   CDoublePair{leftTurn.GetCos(), turn.GetCos()}, join);
+        }
+        ramp = left;
+        otherRamp = areAlike ? left : right;
+    };
+    // Channels that are the same to the bit stay so.
+    if (Core::SameBits(ramp, otherRamp))
+        fill(std::true_type());
+    else
+        fill(std::false_type());
+    SetCoefficients(GetChannel(coefficients, 0));
+    other.SetCoefficients(GetChannel(coefficients, 1));
 }
 
 } // namespace Lathe::Audio::DSP::Filters

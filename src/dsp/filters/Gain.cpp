@@ -96,15 +96,16 @@ void CGain::OnInputParamsChanged(const IConstParamsValues& values) {
 void CGain::ProcessBlock(const CFilterProcessData& data) {
     if (!HasChannels(data, m_InputChannels, m_OutputChannels))
         return;
-    int rampOrders = 0;
-    if (data.m_pVariations) {
-        SetInputValues(data.m_pVariations->GetStart());
-        rampOrders = SetRamp(*data.m_pVariations);
-    }
+    const int rampOrders = data.m_pVariations ? StartBlock(*data.m_pVariations) : 0;
     m_Cursors.Gather(*data.m_pInputs, *data.m_pOutputs);
     ProcessFrames(data.m_SamplesCount, rampOrders);
     if (data.m_pVariations)
         SetInputValues(data.m_pVariations->GetEnd());
+}
+
+int CGain::StartBlock(const IConstFilterPropertiesVariations& variations) {
+    SetInputValues(variations.GetStart());
+    return SetRamp(variations);
 }
 
 int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {
@@ -122,7 +123,7 @@ int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {
 
 void CGain::ProcessFrames(int samples, int rampOrders) {
     if (m_Cursors.IsContiguousMono()) {
-        ProcessContiguousMono(samples, rampOrders);
+        ScaleSamples(m_Cursors.m_Inputs[0], m_Cursors.m_Outputs[0], samples, rampOrders);
         return;
     }
     for (int i = 0; i < samples; ++i) {
@@ -135,20 +136,26 @@ void CGain::ProcessFrames(int samples, int rampOrders) {
     }
 }
 
-void CGain::ProcessContiguousMono(int samples, int rampOrders) {
-    const float* input = m_Cursors.m_Inputs[0];
-    float* output = m_Cursors.m_Outputs[0];
+// As the loop over frames, with the gain in a register.
+void CGain::ScaleSamples(const float* input, float* output, int samples, int rampOrders) {
     auto [gain, first, second] = m_Gain;
     if (rampOrders == 0) {
         for (int i = 0; i < samples; ++i)
             output[i] = Scale(gain, input[i]);
         return;
     }
-    for (int i = 0; i < samples; ++i) {
-        output[i] = Scale(gain, input[i]);
-        if (rampOrders > 1)
-            first *= second;
-        gain *= first;
+    // The gains ahead of the samples, which then go side by side.
+    std::array<float, 64> gains;
+    for (int at = 0; at < samples; at += static_cast<int>(gains.size())) {
+        const int count = std::min(static_cast<int>(gains.size()), samples - at);
+        for (int i = 0; i < count; ++i) {
+            gains[static_cast<std::size_t>(i)] = gain;
+            if (rampOrders > 1)
+                first *= second;
+            gain *= first;
+        }
+        for (int i = 0; i < count; ++i)
+            output[at + i] = Scale(gains[static_cast<std::size_t>(i)], input[at + i]);
     }
     m_Gain = {gain, first, second};
 }

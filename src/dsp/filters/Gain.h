@@ -10,7 +10,7 @@
 
 namespace Lathe::Audio::DSP::Filters {
 
-class CGain : public CBaseCoreDSPFilter {
+class CGain final : public CBaseCoreDSPFilter {
 public:
     explicit CGain(int channels);
     CGain(const CGain& other);
@@ -27,6 +27,15 @@ public:
     // One value, the gain in dB; ignored before Init and with any other number of values.
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
 
+    // A block whose frames another walks through: StartBlock, then the samples, then
+    // SetInputValues of the end.
+
+    // Applies the start values. Returns the orders of the ramp.
+    int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+    // The next samples of one channel; the output may be the input.
+    void ScaleSamples(const float* input, float* output, int samples, int rampOrders)
+        LATHE_REALTIME;
+
 protected:
     void ProcessBlock(const CFilterProcessData& data) LATHE_REALTIME override;
 
@@ -38,8 +47,6 @@ private:
     // Returns the number of orders.
     int SetRamp(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
     void ProcessFrames(int samples, int rampOrders) LATHE_REALTIME;
-    // The same to the bit, with the gain in a register.
-    void ProcessContiguousMono(int samples, int rampOrders) LATHE_REALTIME;
 
     CChannelCursors m_Cursors;
     int m_InputChannels;

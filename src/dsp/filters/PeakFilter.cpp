@@ -4,8 +4,6 @@
 #include "dsp/filters/BiquadRamp.h"
 #include "math/FunctionsLibrary.h"
 
-#include <cmath>
-
 namespace Lathe::Audio::DSP::Filters {
 
 using DataModel::Objects::EParamType;
@@ -28,28 +26,33 @@ const CParamInfos& GetPeakParams() {
     return params;
 }
 
+// The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
+// the bandwidth; from the square root of the linear gain.
+template <class T>
+inline TBiquadCoefficients<T> ComputePeak(T sinW, T cosW, T halfBandwidth, T a) {
+    const T alpha = sinW * halfBandwidth;
+    const T r = 1.0 / (alpha / a + 1.0);
+    TBiquadCoefficients<T> c;
+    c.m_b0 = (a * alpha + 1.0) * r;
+    c.m_b1 = -2.0 * cosW * r;
+    c.m_b2 = (1.0 - a * alpha) * r;
+    c.m_a1 = -c.m_b1;
+    c.m_a2 = (alpha / a - 1.0) * r;
+    return c;
+}
+
+// For CBiquadFilter::FillRamp.
+template <class SValues>
+constexpr auto PeakFormula = [](auto sinW, auto cosW, auto value) {
+    return ComputePeak(sinW, cosW, value(&SValues::m_HalfBandwidth), value(&SValues::m_A));
+};
+
 } // namespace
 
 inline void CPeakFilter::SValues::Step(const SValues& rates) {
     m_Omega += rates.m_Omega;
     m_HalfBandwidth += rates.m_HalfBandwidth;
     m_A *= rates.m_A;
-}
-
-// The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
-// the bandwidth.
-inline SBiquadCoefficients CPeakFilter::SValues::ComputeCoefficients() const {
-    // Copies: behind a reference the compiler can't take sine and cosine in one call.
-    const auto [w, halfBandwidth, a] = *this;
-    const double alpha = std::sin(w) * halfBandwidth;
-    const double r = 1.0 / (alpha / a + 1.0);
-    SBiquadCoefficients c;
-    c.m_b0 = (a * alpha + 1.0) * r;
-    c.m_b1 = -2.0 * std::cos(w) * r;
-    c.m_b2 = (1.0 - a * alpha) * r;
-    c.m_a1 = -c.m_b1;
-    c.m_a2 = (alpha / a - 1.0) * r;
-    return c;
 }
 
 CPeakFilter::CPeakFilter(int channels) : CBiquadFilter(channels) {
@@ -65,7 +68,10 @@ void CPeakFilter::OnInputParamsChanged(const IConstParamsValues& values) {
     if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
         return;
     m_Ramp[0] = Convert(values);
-    SetCoefficients(m_Ramp[0].ComputeCoefficients());
+    const SValues& v = m_Ramp[0];
+    CTurn turn;
+    turn.Set(v.m_Omega);
+    SetCoefficients(ComputePeak(turn.GetSin(), turn.GetCos(), v.m_HalfBandwidth, v.m_A));
 }
 
 void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
@@ -78,9 +84,14 @@ CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) cons
             Math::FunctionsLibrary::FromdB(0.5 * values.GetValue(2))};
 }
 
-void CPeakFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(m_Ramp, samples, rampOrders,
-                  [](const SValues& values) { return values.ComputeCoefficients(); });
+void CPeakFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
+    FillRamp(m_Ramp, room, count, rampOrders, PeakFormula<SValues>);
+}
+
+void CPeakFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                                  int rampOrders) {
+    FillPairRamp(m_Ramp, other, static_cast<CPeakFilter&>(other).m_Ramp, room, count, rampOrders,
+                 PeakFormula<SValues>);
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -7,23 +7,25 @@
 
 namespace Lathe::Audio::DSP::Filters {
 
-class CPeakFilter : public CBiquadFilter {
+class CPeakFilter final : public CBiquadFilter {
 public:
     explicit CPeakFilter(int channels);
 
     CPeakFilter* Clone() const override { return new CPeakFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
+    void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
+        LATHE_REALTIME override;
+    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                         int rampOrders) LATHE_REALTIME override;
 
 protected:
     void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME override;
-    void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
 
 private:
     struct SValues {
         // Moves by a sample: the angle and the bandwidth by adding, the gain by its ratio.
         void Step(const SValues& rates) LATHE_REALTIME;
-        SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME;
 
         // Radians per sample.
         double m_Omega = 0.0;

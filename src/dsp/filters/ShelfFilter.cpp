@@ -4,8 +4,6 @@
 #include "dsp/filters/BiquadRamp.h"
 #include "math/FunctionsLibrary.h"
 
-#include <cmath>
-
 namespace Lathe::Audio::DSP::Filters {
 
 using DataModel::Objects::EParamType;
@@ -27,15 +25,15 @@ const CParamInfos& GetShelfParams() {
     return params;
 }
 
-// Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle in
-// radians per sample and the fourth root of the linear gain.
+// Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle and
+// the fourth root of the linear gain.
 
-inline SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
-    const double a = sqrtA * sqrtA;
-    const double beta = std::sin(w) * sqrtA * s_Sqrt2;
-    const double cosW = std::cos(w);
-    const double r = 1.0 / ((a + 1.0) + (a - 1.0) * cosW + beta);
-    SBiquadCoefficients c;
+template <class T>
+inline TBiquadCoefficients<T> ComputeLowShelf(T sinW, T cosW, T sqrtA) {
+    const T a = sqrtA * sqrtA;
+    const T beta = sinW * sqrtA * s_Sqrt2;
+    const T r = 1.0 / ((a + 1.0) + (a - 1.0) * cosW + beta);
+    TBiquadCoefficients<T> c;
     c.m_b0 = a * ((a + 1.0) - (a - 1.0) * cosW + beta) * r;
     c.m_b1 = 2.0 * a * ((a - 1.0) - (a + 1.0) * cosW) * r;
     c.m_b2 = a * ((a + 1.0) - (a - 1.0) * cosW - beta) * r;
@@ -44,12 +42,12 @@ inline SBiquadCoefficients ComputeLowShelf(double w, double sqrtA) {
     return c;
 }
 
-inline SBiquadCoefficients ComputeHighShelf(double w, double sqrtA) {
-    const double a = sqrtA * sqrtA;
-    const double beta = std::sin(w) * sqrtA * s_Sqrt2;
-    const double cosW = std::cos(w);
-    const double r = 1.0 / ((a + 1.0) - (a - 1.0) * cosW + beta);
-    SBiquadCoefficients c;
+template <class T>
+inline TBiquadCoefficients<T> ComputeHighShelf(T sinW, T cosW, T sqrtA) {
+    const T a = sqrtA * sqrtA;
+    const T beta = sinW * sqrtA * s_Sqrt2;
+    const T r = 1.0 / ((a + 1.0) - (a - 1.0) * cosW + beta);
+    TBiquadCoefficients<T> c;
     c.m_b0 = a * ((a + 1.0) + (a - 1.0) * cosW + beta) * r;
     c.m_b1 = -2.0 * a * ((a - 1.0) + (a + 1.0) * cosW) * r;
     c.m_b2 = a * ((a + 1.0) + (a - 1.0) * cosW - beta) * r;
@@ -57,6 +55,16 @@ inline SBiquadCoefficients ComputeHighShelf(double w, double sqrtA) {
     c.m_a2 = -((a + 1.0) - (a - 1.0) * cosW - beta) * r;
     return c;
 }
+
+// For CBiquadFilter::FillRamp.
+template <class SValues>
+constexpr auto LowShelfFormula = [](auto sinW, auto cosW, auto value) {
+    return ComputeLowShelf(sinW, cosW, value(&SValues::m_SqrtA));
+};
+template <class SValues>
+constexpr auto HighShelfFormula = [](auto sinW, auto cosW, auto value) {
+    return ComputeHighShelf(sinW, cosW, value(&SValues::m_SqrtA));
+};
 
 } // namespace
 
@@ -87,13 +95,19 @@ const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
 }
 
 SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
-    return ComputeLowShelf(m_Ramp[0].m_Omega, m_Ramp[0].m_SqrtA);
+    CTurn turn;
+    turn.Set(m_Ramp[0].m_Omega);
+    return ComputeLowShelf(turn.GetSin(), turn.GetCos(), m_Ramp[0].m_SqrtA);
 }
 
-void CLowShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(m_Ramp, samples, rampOrders, [](const SValues& values) {
-        return ComputeLowShelf(values.m_Omega, values.m_SqrtA);
-    });
+void CLowShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
+    FillRamp(m_Ramp, room, count, rampOrders, LowShelfFormula<SValues>);
+}
+
+void CLowShelfFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room,
+                                      int count, int rampOrders) {
+    FillPairRamp(m_Ramp, other, static_cast<CLowShelfFilter&>(other).m_Ramp, room, count,
+                 rampOrders, LowShelfFormula<SValues>);
 }
 
 const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
@@ -102,13 +116,19 @@ const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
 }
 
 SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
-    return ComputeHighShelf(m_Ramp[0].m_Omega, m_Ramp[0].m_SqrtA);
+    CTurn turn;
+    turn.Set(m_Ramp[0].m_Omega);
+    return ComputeHighShelf(turn.GetSin(), turn.GetCos(), m_Ramp[0].m_SqrtA);
 }
 
-void CHighShelfFilter::ProcessRampedFrames(int samples, int rampOrders) {
-    ProcessRamped(m_Ramp, samples, rampOrders, [](const SValues& values) {
-        return ComputeHighShelf(values.m_Omega, values.m_SqrtA);
-    });
+void CHighShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
+    FillRamp(m_Ramp, room, count, rampOrders, HighShelfFormula<SValues>);
+}
+
+void CHighShelfFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room,
+                                       int count, int rampOrders) {
+    FillPairRamp(m_Ramp, other, static_cast<CHighShelfFilter&>(other).m_Ramp, room, count,
+                 rampOrders, HighShelfFormula<SValues>);
 }
 
 } // namespace Lathe::Audio::DSP::Filters

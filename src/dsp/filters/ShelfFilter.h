@@ -38,28 +38,34 @@ private:
     SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
 };
 
-class CLowShelfFilter : public CShelfFilter {
+class CLowShelfFilter final : public CShelfFilter {
 public:
     explicit CLowShelfFilter(int channels) : CShelfFilter(channels) {}
 
     CLowShelfFilter* Clone() const override { return new CLowShelfFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
+    void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
+        LATHE_REALTIME override;
+    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                         int rampOrders) LATHE_REALTIME override;
 
 protected:
     SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
-    void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
 };
 
-class CHighShelfFilter : public CShelfFilter {
+class CHighShelfFilter final : public CShelfFilter {
 public:
     explicit CHighShelfFilter(int channels) : CShelfFilter(channels) {}
 
     CHighShelfFilter* Clone() const override { return new CHighShelfFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
+    void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
+        LATHE_REALTIME override;
+    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
+                         int rampOrders) LATHE_REALTIME override;
 
 protected:
     SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
-    void ProcessRampedFrames(int samples, int rampOrders) LATHE_REALTIME override;
 };
 
 } // namespace Lathe::Audio::DSP::Filters

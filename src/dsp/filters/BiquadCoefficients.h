@@ -1,0 +1,60 @@
+// What a second-order section is at a moment: its coefficients and its past.
+#pragma once
+
+#include "core/Realtime.h"
+
+namespace Lathe::Audio::DSP::Filters {
+
+// y = b1 x1 + b2 x2 + b0 x + a1 y1 + a2 y2: the feedback coefficients are the negated ones of the
+// textbooks. Of one section, or with CDoublePair of the same section of two channels.
+template <class T>
+struct TBiquadCoefficients {
+    T m_b0{};
+    T m_b1{};
+    T m_b2{};
+    T m_a1{};
+    T m_a2{};
+};
+using SBiquadCoefficients = TBiquadCoefficients<double>;
+inline constexpr SBiquadCoefficients IdentityCoefficients = {1.0, 0.0, 0.0, 0.0, 0.0};
+
+// Two channels side by side: arithmetic on both at once, with the results of each alone.
+using CDoublePair [[gnu::vector_size(2 * sizeof(double))]] = double;
+
+inline TBiquadCoefficients<CDoublePair> JoinCoefficients(const SBiquadCoefficients& first,
+                                                         const SBiquadCoefficients& second)
+    LATHE_REALTIME {
+    return {CDoublePair{first.m_b0, second.m_b0}, CDoublePair{first.m_b1, second.m_b1},
+            CDoublePair{first.m_b2, second.m_b2}, CDoublePair{first.m_a1, second.m_a1},
+            CDoublePair{first.m_a2, second.m_a2}};
+}
+inline SBiquadCoefficients GetChannel(const TBiquadCoefficients<CDoublePair>& c, int channel)
+    LATHE_REALTIME {
+    return {c.m_b0[channel], c.m_b1[channel], c.m_b2[channel], c.m_a1[channel], c.m_a2[channel]};
+}
+
+// The two previous inputs and outputs of a channel.
+struct SBiquadHistory {
+    double m_x1 = 0.0;
+    double m_x2 = 0.0;
+    double m_y1 = 0.0;
+    double m_y2 = 0.0;
+};
+
+// Where the coefficients of a ramp's frames go: those of a frame some doubles apart.
+struct SCoefficientsRoom {
+    template <class T>
+    void Write(int frame, const TBiquadCoefficients<T>& c) const LATHE_REALTIME {
+        double* to = m_First + frame * m_FrameStride;
+        for (const T& value : {c.m_b0, c.m_b1, c.m_b2, c.m_a1, c.m_a2}) {
+            __builtin_memcpy(to, &value, sizeof value);
+            to += m_CoefficientStride;
+        }
+    }
+
+    double* m_First;
+    int m_FrameStride;
+    int m_CoefficientStride;
+};
+
+} // namespace Lathe::Audio::DSP::Filters

@@ -1,0 +1,197 @@
+#include "dsp/kernel/Cascade.h"
+
+#include "dsp/Filter.h"
+#include "dsp/adapters/MidSideMatrix.h"
+#include "dsp/filters/BiquadFilter.h"
+#include "dsp/filters/Gain.h"
+#include "dsp/kernel/CascadeVersions.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+
+namespace Lathe::Audio::DSP::Kernel {
+
+namespace {
+
+// Frames that are run at a time: what is prepared for them stays in the nearest cache.
+constexpr int s_SteadyChunk = 256;
+constexpr int s_MovingChunk = 96;
+// Of each section the coefficients begin one group later than those of the section before.
+constexpr int s_MovingRoom = s_MovingChunk + (Sections - 1) * GroupFrames;
+
+constexpr int s_FrameStride = static_cast<int>(sizeof(SChainCoefficients) / sizeof(double));
+
+// Where a section hasn't begun yet or has ended, a version reads coefficients all the same.
+void ClearEnds(SChainCoefficients* coefficients, int frames) {
+    constexpr int behind = (Sections - 1) * GroupFrames;
+    std::fill_n(coefficients, behind, SChainCoefficients());
+    std::fill_n(coefficients + frames, behind, SChainCoefficients());
+}
+
+bool Overlap(const float* a, const float* b, int samples) {
+    const auto first = reinterpret_cast<std::uintptr_t>(a);
+    const auto second = reinterpret_cast<std::uintptr_t>(b);
+    const auto size = static_cast<std::uintptr_t>(samples) * sizeof(float);
+    return first < second + size && second < first + size;
+}
+
+} // namespace
+
+bool CCascade::Aim(const CFilterProcessData& data) {
+    m_Version = GetCascadeVersion();
+    m_Samples = data.m_SamplesCount;
+    if (!m_Version || m_Samples <= 0 || !HasChannels(data, Channels, Channels))
+        return false;
+    for (int c = 0; c < Channels; ++c) {
+        const IAudioStream& input = data.m_pInputs->GetElement(c);
+        IAudioStream& output = data.m_pOutputs->GetElement(c);
+        m_Inputs[c] = input.GetData();
+        m_Outputs[c] = output.GetData();
+        if (!m_Inputs[c] || !m_Outputs[c] || input.GetStride() != 1 || output.GetStride() != 1)
+            return false;
+    }
+    for (int c = 0; c < Channels; ++c) {
+        const int other = 1 - c;
+        if (Overlap(m_Outputs[c], m_Inputs[other], m_Samples) ||
+            (m_Outputs[c] != m_Inputs[c] && Overlap(m_Outputs[c], m_Inputs[c], m_Samples)))
+            return false;
+    }
+    return !Overlap(m_Outputs[0], m_Outputs[1], m_Samples);
+}
+
+void CCascade::Run(const CMidSideMatrix* matrix) {
+    m_Matrix = matrix;
+    RunRest(m_Channels[0].m_SectionOrders > 0 ? RunChunks<true>() : RunChunks<false>());
+}
+
+void CCascade::Prepare(SScratch& scratch, int start, int count) {
+    const float* inputs[Channels] = {m_Inputs[0] + start, m_Inputs[1] + start};
+    if (m_Matrix) {
+        m_Matrix->Encode(inputs[0], inputs[1], scratch.m_Channels[0], scratch.m_Channels[1], count);
+        inputs[0] = scratch.m_Channels[0];
+        inputs[1] = scratch.m_Channels[1];
+    }
+    for (int c = 0; c < Channels; ++c)
+        m_Channels[c].m_Gain->ScaleSamples(inputs[c], scratch.m_Channels[c], count,
+                                           m_Channels[c].m_GainOrders);
+}
+
+void CCascade::Finish(int start, int count) {
+    if (m_Matrix)
+        m_Matrix->Decode(m_Outputs[0] + start, m_Outputs[1] + start, count);
+}
+
+bool CCascade::IsSilent(int channel, const SScratch& scratch, int count,
+                        const SChainHistory& history, const SChainCoefficients& coefficients) {
+    // By their bits, since only zeros without a sign stay what they are.
+    std::uint64_t any = 0;
+    for (int i = 0; i < count && any == 0; ++i)
+        any = std::bit_cast<std::uint32_t>(scratch.m_Channels[channel][i]);
+    if (any != 0)
+        return false;
+    bool isPositive = true;
+    for (int i = channel; i < Chains; i += Channels) {
+        for (const double past :
+             {history.m_x1[i], history.m_x2[i], history.m_y1[i], history.m_y2[i]})
+            any |= std::bit_cast<std::uint64_t>(past);
+        isPositive = isPositive && coefficients.m_b0[i] > 0.0;
+    }
+    return any == 0 && isPositive;
+}
+
+void CCascade::LoadHistory(SChainHistory& history) const {
+    for (int i = 0; i < Chains; ++i) {
+        const Filters::SBiquadHistory& h =
+            m_Channels[i % Channels].m_Sections[i / Channels]->GetHistory(0);
+        history.m_x1[i] = h.m_x1;
+        history.m_x2[i] = h.m_x2;
+        history.m_y1[i] = h.m_y1;
+        history.m_y2[i] = h.m_y2;
+    }
+}
+
+void CCascade::StoreHistory(const SChainHistory& history) {
+    for (int i = 0; i < Chains; ++i)
+        m_Channels[i % Channels].m_Sections[i / Channels]->SetHistory(
+            0, {history.m_x1[i], history.m_x2[i], history.m_y1[i], history.m_y2[i]});
+}
+
+void CCascade::LoadCoefficients(SChainCoefficients& coefficients) const {
+    for (int i = 0; i < Chains; ++i) {
+        const Filters::SBiquadCoefficients& c =
+            m_Channels[i % Channels].m_Sections[i / Channels]->GetCoefficients();
+        coefficients.m_b0[i] = c.m_b0;
+        coefficients.m_b1[i] = c.m_b1;
+        coefficients.m_b2[i] = c.m_b2;
+        coefficients.m_a1[i] = c.m_a1;
+        coefficients.m_a2[i] = c.m_a2;
+    }
+}
+
+void CCascade::ComputeRamps(SChainCoefficients* coefficients, int count) {
+    for (int s = 0; s < Sections; ++s) {
+        double* const first = coefficients[s * GroupFrames].m_b0 + s * Channels;
+        m_Channels[0].m_Sections[s]->ComputePairRamp(*m_Channels[1].m_Sections[s],
+                                                     {first, s_FrameStride, Chains}, count,
+                                                     m_Channels[0].m_SectionOrders);
+    }
+}
+
+template <bool Moving>
+int CCascade::RunChunks() {
+    constexpr int chunk = Moving ? s_MovingChunk : s_SteadyChunk;
+    SScratch scratch;
+    SChainHistory history;
+    SChainCoefficients coefficients[Moving ? s_MovingRoom : 1];
+    LoadHistory(history);
+    if (Moving)
+        ClearEnds(coefficients, std::min(m_Samples, chunk) & -GroupFrames);
+    else
+        LoadCoefficients(coefficients[0]);
+    bool flushing = false;
+    int start = 0;
+    for (int count; (count = std::min(m_Samples - start, chunk) & -GroupFrames) > 0;
+         start += count) {
+        Prepare(scratch, start, count);
+        if (Moving)
+            ComputeRamps(coefficients, count);
+        bool isSilent[Channels] = {};
+        for (int c = 0; c < Channels && !Moving; ++c)
+            isSilent[c] = IsSilent(c, scratch, count, history, coefficients[0]);
+        const auto run = [&](bool flush) {
+            return m_Version->m_Run({{scratch.m_Channels[0], scratch.m_Channels[1]},
+                                     {m_Outputs[0] + start, m_Outputs[1] + start},
+                                     count / GroupFrames,
+                                     coefficients,
+                                     Moving ? 1 : 0,
+                                     flush,
+                                     {isSilent[0], isSilent[1]},
+                                     &history});
+        };
+        // What had something to flush goes on to have.
+        flushing = run(flushing) && (flushing || run(true));
+        Finish(start, count);
+    }
+    StoreHistory(history);
+    return start;
+}
+
+// Fewer frames than a group.
+void CCascade::RunRest(int start) {
+    const int count = m_Samples - start;
+    if (count == 0)
+        return;
+    SScratch scratch;
+    Prepare(scratch, start, count);
+    for (int c = 0; c < Channels; ++c) {
+        float* const samples = scratch.m_Channels[c];
+        for (int s = 0; s < Sections; ++s)
+            m_Channels[c].m_Sections[s]->FilterSamples(samples, samples, count,
+                                                       m_Channels[c].m_SectionOrders);
+        std::copy_n(samples, count, m_Outputs[c] + start);
+    }
+    Finish(start, count);
+}
+
+} // namespace Lathe::Audio::DSP::Kernel

@@ -1,0 +1,57 @@
+// What a version of the cascade works on: two channels by three sections as six chains side by
+// side, in plain arrays, so that a source compiled for a newer processor takes no code from here.
+#pragma once
+
+#include "core/Realtime.h"
+
+namespace Lathe::Audio::DSP::Kernel {
+
+constexpr int Channels = 2;
+constexpr int Sections = 3;
+// The chain of a section and a channel has the index Channels * section + channel.
+constexpr int Chains = Channels * Sections;
+
+// Frames that a version takes at a time. It runs each section so many frames behind the one before
+// it, so that no section waits for the sample that the other has just begun.
+constexpr int GroupFrames = 4;
+
+struct SChainCoefficients {
+    double m_b0[Chains];
+    double m_b1[Chains];
+    double m_b2[Chains];
+    double m_a1[Chains];
+    double m_a2[Chains];
+};
+
+struct SChainHistory {
+    double m_x1[Chains];
+    double m_x2[Chains];
+    double m_y1[Chains];
+    double m_y2[Chains];
+};
+
+// Some groups of frames; inputs and outputs don't overlap.
+struct SCascadeGroups {
+    const float* m_Inputs[Channels];
+    float* m_Outputs[Channels];
+    // At least one.
+    int m_Groups;
+    // With stride 0 the same for all frames. With stride 1 those of each frame, and of GroupFrames
+    // more for each section behind the first: the chains of section s find theirs s groups later.
+    const SChainCoefficients* m_Coefficients;
+    int m_CoefficientsStride;
+    // Whether samples that are zero or denormal as floats are flushed as they come. Where not, and
+    // there were some, the answer is true, and what was written is void: no history, and outputs
+    // that have to be written anew.
+    bool m_Flushing;
+    // The channels that are known to stay zero, without anything to flush.
+    bool m_IsSilent[Channels];
+    SChainHistory* m_History;
+};
+
+// The versions. True when a sample was met that needs flushing.
+bool RunCascadePortable(const SCascadeGroups& groups) LATHE_REALTIME;
+bool RunCascadeSSE2(const SCascadeGroups& groups) LATHE_REALTIME;
+bool RunCascadeAVX2(const SCascadeGroups& groups) LATHE_REALTIME;
+
+} // namespace Lathe::Audio::DSP::Kernel
