@@ -105,13 +105,17 @@ CStatus DrawPicture(const std::string& path, double width, double height,
         vector ? cairo_svg_surface_create_for_stream(WriteBytes, &output, width, height)
                : cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(width),
                                             static_cast<int>(height)));
+    // An error while painting is told by the context alone.
+    cairo_status_t status = CAIRO_STATUS_SUCCESS;
     {
         const std::unique_ptr<cairo_t, SDestroyCairo> cairo(cairo_create(surface.get()));
         CCanvas canvas(cairo.get());
         paint(canvas);
+        status = cairo_status(cairo.get());
     }
     cairo_surface_flush(surface.get());
-    cairo_status_t status = cairo_surface_status(surface.get());
+    if (status == CAIRO_STATUS_SUCCESS)
+        status = cairo_surface_status(surface.get());
     if (status == CAIRO_STATUS_SUCCESS && !vector)
         status = cairo_surface_write_to_png_stream(surface.get(), WriteBytes, &output);
     cairo_surface_finish(surface.get());

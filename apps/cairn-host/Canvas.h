@@ -62,7 +62,7 @@ private:
     cairo_t* m_Cairo;
 };
 
-// .svg where the path says so, else .png.
+// .svg where the path says so, else .png. No file when any part can't be painted.
 CStatus DrawPicture(const std::string& path, double width, double height,
                     const std::function<void(CCanvas&)>& paint);
 

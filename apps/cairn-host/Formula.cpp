@@ -22,8 +22,10 @@ using Lathe::Math::IConstant;
 using Lathe::Math::IFunction;
 using Lathe::Math::TIParametrizedFunction;
 
-constexpr int s_MaxSteps = 100000;
-constexpr std::size_t s_MaxValues = 4000000;
+// A picture of colours has a pixel for each value, and 32767 of them side by side at most.
+constexpr int s_MaxSteps = 32000;
+// As a text they take some 500 MiB.
+constexpr std::size_t s_MaxValues = 1200000;
 // Letters of a formula in the title of its picture.
 constexpr std::size_t s_TitleLength = 72;
 
@@ -56,6 +58,12 @@ TResult<CParamValues> ReadParams(const std::vector<std::string>& params) {
     return values;
 }
 
+// Neither a number nor one that goes by a name.
+bool IsVariable(const std::string& name) {
+    const std::unique_ptr<IFunction> itself(Lathe::Math::BuildFunction(name.c_str(), name.c_str()));
+    return itself && itself->Evaluate(0.0) < itself->Evaluate(1.0);
+}
+
 TResult<SSweep> ReadSweep(const std::string& option, const std::string& text) {
     const SFault fault = {option + ' ' + text + ": expected NAME=FROM:TO:STEPS"};
     const std::size_t equals = text.find('=');
@@ -72,8 +80,12 @@ TResult<SSweep> ReadSweep(const std::string& option, const std::string& text) {
     const std::optional<std::int64_t> steps = ParseInteger(Trim(fields[2]));
     if (!from || !to || !steps)
         return fault;
-    if (!(*from < *to) || !std::isfinite(*to - *from))
+    if (!IsVariable(sweep.m_Name))
+        return SFault{option + ' ' + text + ": \"" + sweep.m_Name + "\" can't be a variable"};
+    if (!(*from < *to))
         return SFault{option + ' ' + text + ": expected FROM below TO"};
+    if (!std::isfinite((*to - *from) * s_MaxSteps))
+        return SFault{option + ' ' + text + ": expected FROM closer to TO"};
     if (*steps < 1 || *steps > s_MaxSteps)
         return SFault{option + ' ' + text + ": expected 1 to " + std::to_string(s_MaxSteps) +
                       " steps"};
@@ -295,6 +307,8 @@ TResult<SFormulaAnswer> EvaluateFormula(const SFormulaOptions& options) {
     const TResult<SSweep> y = ReadSweep("--y", options.m_Y);
     if (!y)
         return y.GetFault();
+    if (x->m_Name == y->m_Name)
+        return SFault{"--y " + options.m_Y + ": expected another name than that of --x"};
     if (static_cast<std::size_t>(x->m_Steps + 1) * static_cast<std::size_t>(y->m_Steps + 1) >
         s_MaxValues)
         return SFault{"--x " + options.m_X + " --y " + options.m_Y + ": expected at most " +

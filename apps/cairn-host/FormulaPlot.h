@@ -28,7 +28,7 @@ struct SFormulaPicture {
 CStatus DrawFormulaCurve(const SFormulaPicture& picture, const SSweep& x,
                          const std::vector<double>& values, const std::string& path);
 
-// For each step of y the values over x; what isn't finite stays grey.
+// For each step of y the values over x; what isn't finite stays grey. A fault beyond 32766 steps.
 CStatus DrawFormulaSurface(const SFormulaPicture& picture, const SSweep& x, const SSweep& y,
                            const std::vector<double>& values, const std::string& path);
 

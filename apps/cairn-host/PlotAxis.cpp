@@ -20,6 +20,8 @@ constexpr int s_LeastLabels = 3;
 constexpr int s_MostLabels = 8;
 // Far enough from the largest double for differences of values.
 constexpr double s_MostValue = 1e150;
+// Values below are as good as 0.
+constexpr double s_LeastValue = 1e-150;
 // How far a range without width reaches to both sides, beside its value.
 constexpr double s_LeastRange = 0.1;
 
@@ -114,7 +116,8 @@ SValueRange FindValueRange(const std::vector<double>& values) {
     if (range.m_Min > range.m_Max)
         return {0.0, 1.0};
     // Written so that the width of the largest values, too, has room for steps.
-    const double least = std::max(1.0, std::abs(range.m_Min)) * s_LeastRange;
+    const double largest = std::max(std::abs(range.m_Min), std::abs(range.m_Max));
+    const double least = (largest > s_LeastValue ? largest : 1.0) * s_LeastRange;
     if (range.m_Max - range.m_Min < least * 1e-11)
         return {range.m_Min - least, range.m_Max + least};
     return range;

@@ -64,10 +64,11 @@ int RunFormula(const SFormulaOptions& options) {
     const TResult<SFormulaAnswer> answer = EvaluateFormula(options);
     if (!answer)
         return Complain(answer.GetFault());
-    const int status = Print(answer->m_Text);
+    if (const int status = Print(answer->m_Text); status != Done)
+        return status;
     for (const std::string& note : answer->m_Notes)
         std::cerr << "cairn-host: note: " << OneLine(note) << '\n';
-    return status;
+    return Done;
 }
 
 int RunReport(const std::string& path, TResult<std::string> (*report)(const CModule& module)) {
@@ -219,8 +220,9 @@ int main(int argc, char** argv) {
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
     for (const auto& [name, value, help] :
-         {std::tuple{"--x", &formula.m_X, "Variable that runs from one value to another"},
-          {"--y", &formula.m_Y, "A second variable, over which the first one runs"}})
+         {std::tuple{"--x", &formula.m_X,
+                     "Variable that runs from one value to another in equal steps"},
+          {"--y", &formula.m_Y, "A second variable; the first one runs for each value of it"}})
         formulaCommand->add_option(name, *value, help)
             ->type_name("NAME=FROM:TO:STEPS")
             ->check(CheckNotEmpty);
@@ -258,7 +260,11 @@ int main(int argc, char** argv) {
                                      : '"' + unknown.front() +
                                            "\": expected render, params, presets, info, "
                                            "response, formula or demo";
-        std::cerr << "cairn-host: " << OneLine(what) << " (see cairn-host --help)\n";
+        std::string command;
+        for (const CLI::App* given : app.get_subcommands())
+            command += given->get_name() + ' ';
+        std::cerr << "cairn-host: " << OneLine(what) << " (see cairn-host " << command
+                  << "--help)\n";
         return Usage;
     }
 

@@ -1,6 +1,7 @@
 // From the text of a formula to function objects. A text that is no formula, or that holds a name
-// that nobody knows, gives null, as a null text does, and as one does that nests deeper than
-// MaxFormulaNesting. The caller owns what it gets. Any number of threads may build at a time.
+// that nobody knows, gives null, as a null text does, and as one does that is longer than
+// MaxFormulaLength or nests deeper than MaxFormulaNesting; each term of a sum is a level. The
+// caller owns what it gets. Any number of threads may build at a time.
 #pragma once
 
 namespace Lathe::Math {

@@ -1,6 +1,7 @@
 // Pictures of responses and formulas: axes of round numbers that hold the data, and curves that are
 // drawn where they have values and nowhere else.
 #include "apps/TestFiles.h"
+#include "cairn-host/Canvas.h"
 #include "cairn-host/FormulaPlot.h"
 #include "cairn-host/PlotAxis.h"
 #include "cairn-host/Response.h"
@@ -91,6 +92,7 @@ TEST(ValueRange, HoldsFiniteValuesAndIsNeverEmpty) {
             }
         }
     }
+    EXPECT_EQ(FindValueRange({0.0, 1e-20}).m_Max, 1e-20) << "small values are no flat line";
 }
 
 class Plot : public CFolderTest {
@@ -135,6 +137,13 @@ TEST_F(Plot, CurveIsDrawnWhereItHasValues) {
     EXPECT_GT(red, 500);
     EXPECT_EQ(beyond, 0);
     EXPECT_LE(rows, 4); // A level curve: no line falls to where the values end.
+}
+
+TEST_F(Plot, WhatCannotBeDrawnMakesNoFile) {
+    for (const char* name : {"a.png", "a.svg"})
+        EXPECT_FALSE(DrawPicture(
+            In(name), 9, 9, [](CCanvas& canvas) { canvas.DrawText(1, 1, "\xFF", EAlign::Start); }));
+    EXPECT_TRUE(List().empty());
 }
 
 // Low is dark and high is light, in the right corner, and what has no value is neither.

@@ -30,14 +30,9 @@ void LeaveOutBrokenToken(pANTLR3_LEXER lexer) {
         lexer->input->istream->consume(lexer->input->istream);
 }
 
-// Errors of both are read by developers alone.
-void SetUpErrors(pANTLR3_BASE_RECOGNIZER recognizer) {
-#if defined(NDEBUG)
-    recognizer->displayRecognitionError = [](pANTLR3_BASE_RECOGNIZER, pANTLR3_UINT8*) {};
-#else
-    static_cast<void>(recognizer);
-#endif
-}
+// In place of the runtime's words for an error, which would stand among those of a program: whoever
+// gets no tree says so in words of its own.
+void SayNothing(pANTLR3_BASE_RECOGNIZER, pANTLR3_UINT8*) {}
 
 pANTLR3_INPUT_STREAM NewInput(std::string_view text) {
     // The stream reads both texts where they lie, and never writes to them.
@@ -50,14 +45,14 @@ pANTLR3_INPUT_STREAM NewInput(std::string_view text) {
 
 pFormulaLexer NewLexer(pANTLR3_INPUT_STREAM input) {
     const pFormulaLexer lexer = FormulaLexerNew(input);
-    SetUpErrors(lexer->pLexer->rec);
+    lexer->pLexer->rec->displayRecognitionError = SayNothing;
     lexer->pLexer->recover = LeaveOutBrokenToken;
     return lexer;
 }
 
 pFormulaParser NewParser(pANTLR3_COMMON_TOKEN_STREAM tokens) {
     const pFormulaParser parser = FormulaParserNew(tokens);
-    SetUpErrors(parser->pParser->rec);
+    parser->pParser->rec->displayRecognitionError = SayNothing;
     return parser;
 }
 
@@ -109,8 +104,10 @@ EFormulaToken CFormulaNode::GetToken() const {
 
 std::string_view CFormulaNode::GetText() const {
     const pANTLR3_COMMON_TOKEN token = m_Node->getToken(m_Node);
-    if (!token || token->start == 0)
+    if (!token)
         return {};
+    if (token->textState == ANTLR3_TEXT_CHARP) // Of a token that the grammar adds.
+        return reinterpret_cast<const char*>(token->tokText.chars);
     // The runtime's positions are addresses, of the first and of the last character.
     const auto text = static_cast<const char*>(token->input->data);
     return {text + (token->start - reinterpret_cast<ANTLR3_MARKER>(text)),

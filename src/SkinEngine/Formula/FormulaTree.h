@@ -43,7 +43,7 @@ public:
     explicit CFormulaNode(ANTLR3_BASE_TREE_struct& node) : m_Node(&node) {}
 
     EFormulaToken GetToken() const;
-    // As written; empty for PARAM and NEGATE. Part of the text that the tree was made of.
+    // As written, within the text that the tree was made of; "PARAM" and "NEGATE" for those.
     std::string_view GetText() const;
     int GetChildCount() const;
     CFormulaNode GetChild(int index) const;

@@ -5,6 +5,7 @@
 #include "math/formula/FormulaKind.h"
 
 #include <cstdlib>
+#include <numbers>
 #include <string>
 
 namespace Lathe::Math {
@@ -68,13 +69,6 @@ constexpr SRow<std::string_view, IBinaryFunction> Functions2[] = {
     {"max", Make<FunctionsLibrary::Max>},
 };
 
-struct SNamedNumber {
-    std::string_view m_Name;
-    double m_Value;
-};
-
-constexpr SNamedNumber NamedNumbers[] = {{"pi", 3.141592653589793}};
-
 // Null when the key has no row.
 template <class TKey, class I, std::size_t Count>
 MakeFunction<I> Find(const SRow<TKey, I> (&rows)[Count], const TKey& key) {
@@ -134,11 +128,9 @@ std::string_view TLocalFormulaBuilder<I>::GetParamName(const Node& node) {
 
 template <class I>
 std::unique_ptr<I> TLocalFormulaBuilder<I>::BuildNamedNumber(std::string_view name) {
-    for (const SNamedNumber& number : NamedNumbers) {
-        if (number.m_Name == name)
-            return std::make_unique<typename TFormulaKind<I>::Number>(number.m_Value);
-    }
-    return nullptr;
+    if (name != "pi")
+        return nullptr;
+    return std::make_unique<typename TFormulaKind<I>::Number>(std::numbers::pi);
 }
 
 template <class I>
