@@ -43,11 +43,11 @@ TEST(DynamicVectorTest, CapacityFollowsTheStrategy) {
 
 // Resizes, appends of own elements, copies and moves against a vector of the standard library.
 TEST(DynamicVectorTest, RandomChangesMatchTheModel) {
-    using Vector = TDynamicVector<Text, CStepGrowthStrategy, TEqualOperatorCopier>;
+    using Vector = TDynamicVector<char, CExpGrowthStrategy, TMemoryCopier>;
     SCOPED_TRACE("seed " + std::to_string(GetSeed()));
     std::mt19937 random(GetSeed());
     Vector vector;
-    std::vector<Text> model;
+    std::vector<char> model;
     for (int round = 0; round < 2000; ++round) {
         if (!model.empty() && random() % 4) { // The block may move under the argument.
             const int from = static_cast<int>(random() % model.size());
@@ -57,12 +57,12 @@ TEST(DynamicVectorTest, RandomChangesMatchTheModel) {
             model.resize(random() % 50);
             vector.SetCount(static_cast<int>(model.size()), random() % 3 == 0);
             for (; i < model.size(); ++i) // Unspecified until written.
-                vector[static_cast<int>(i)] = model[i] = std::to_string(random());
+                vector[static_cast<int>(i)] = model[i] = static_cast<char>(random());
         }
         Vector copy = vector, assigned;
         assigned = copy;
-        std::fill_n(copy.GetData(), copy.GetCount(), "-");
+        std::fill_n(copy.GetData(), copy.GetCount(), '-');
         vector = std::move(assigned);
-        ASSERT_EQ(std::vector<Text>(vector.GetData(), vector.GetData() + vector.GetCount()), model);
+        ASSERT_EQ(std::vector<char>(vector.GetData(), vector.GetData() + vector.GetCount()), model);
     }
 }
