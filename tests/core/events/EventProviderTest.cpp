@@ -1,8 +1,9 @@
 // Proves that a notification runs each subscribed command once, in the order of adding, whatever
 // the commands do to the list meanwhile: remove and destroy themselves and each other, add,
-// notify again.
+// notify again. The same of events with an argument, whose list stays as it is meanwhile.
 #include "core/events/EventProvider.h"
 #include "core/Fixtures.h"
+#include "core/events/ArgEventProvider.h"
 
 #include <map>
 
@@ -97,7 +98,26 @@ std::string Play(unsigned seed) {
     return log;
 }
 
+struct CTarget {
+    void Take(int number) {
+        m_Log += {m_Name, static_cast<char>('0' + number)};
+        if (number > 0)
+            m_Event.Notify(number - 1);
+    }
+
+    TArgEventProvider<int>& m_Event;
+    std::string& m_Log;
+    char m_Name;
+};
+using Take = TArgCommand<CTarget, int>;
+
 } // namespace
+
+// Nobody uses them yet; they compile.
+template class Lathe::Core::TConstCommand<CTarget>;
+template class Lathe::Core::TConstArgCommand<CTarget, int>;
+template class Lathe::Core::TReturnCommand<CTarget, char>;
+template class Lathe::Core::TArgReturnCommand<CTarget, int, int>;
 
 TEST(EventProviderTest, RandomChangesMatchTheModel) {
     SCOPED_TRACE("seed " + std::to_string(GetSeed()));
@@ -120,4 +140,26 @@ TEST(EventProviderTest, CopiesAndSuspension) {
     EXPECT_EQ(runs, 0);
     event.Notify(); // Missed ones are not delivered.
     EXPECT_TRUE(runs == 1 && event.GetMissedNotifications() == 1);
+}
+
+TEST(ArgEventProviderTest, ReachesEachCommandOnceInOrder) {
+    TArgEventProvider<int> event;
+    std::string log;
+    CTarget a{event, log, 'a'}, b{event, log, 'b'};
+    TIArgCommand<int>*first = new Take(a, &CTarget::Take), *second = new Take(b, &CTarget::Take);
+
+    event.AddCommand(*first);
+    event.AddCommand(second);
+    event.Notify(1); // A running command is skipped in the nested run.
+    EXPECT_EQ(std::exchange(log, ""), "a1b0b1a0");
+    event.AddCommand(first);
+    TArgEventProvider<int>(event).Notify(0); // A copy starts without subscriptions.
+    event.RemoveCommand(first, false);       // Only the first entry goes.
+    event.Notify(0);
+    EXPECT_EQ(std::exchange(log, ""), "b0a0");
+    event.RemoveAllCommands(first);
+    for (TIArgCommand<int>** command : {&first, &second, &second})
+        event.RemoveCommand(*command, true);
+    event.Notify(0);
+    EXPECT_TRUE(log.empty() && !first && !second);
 }

@@ -6,7 +6,6 @@
 #include <bit>
 #include <cfloat>
 #include <climits>
-#include <clocale>
 #include <cmath>
 #include <cstdint>
 #include <locale>
@@ -15,8 +14,7 @@ using namespace Lathe::Core;
 
 namespace {
 
-// The process under the habits of a language with decimal commas and grouped thousands, in C++
-// and, where the machine has such a locale, in C.
+// The process under the habits of a language with decimal commas and grouped thousands.
 class NumberTextTest : public testing::Test {
 protected:
     struct CComma : std::numpunct<char> {
@@ -24,11 +22,7 @@ protected:
         char do_thousands_sep() const override { return '.'; }
         std::string do_grouping() const override { return "\3"; }
     };
-    NumberTextTest() { std::setlocale(LC_NUMERIC, "de_DE.UTF-8"); }
-    ~NumberTextTest() override {
-        std::locale::global(m_Old);
-        std::setlocale(LC_NUMERIC, "C");
-    }
+    ~NumberTextTest() override { std::locale::global(m_Old); }
     std::locale m_Old = std::locale::global(std::locale(std::locale(), new CComma));
 };
 

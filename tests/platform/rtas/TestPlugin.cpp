@@ -9,11 +9,7 @@ namespace {
 class CTestGroup : public CEffectGroupMIDI {
 public:
     CTestGroup() {
-        SetManufacturer("Maker", MakeFourCharCode("make"));
-        SetProductName("Long Name\nLong\nL", true);
-        auto type = std::make_unique<CEffectTypeRTAS>(7, MakeFourCharCode("prod"), 2);
-        type->DefineStemFormats(1, 6, 0);
-        AddEffectType(std::move(type));
+        AddEffectType(std::make_unique<CEffectTypeRTAS>(7, MakeFourCharCode("prod"), 2));
     }
 
     void Initialize() override { g_Plan.m_OnStart(); }
@@ -47,8 +43,7 @@ CModuleTest::~CModuleTest() {
     EXPECT_EQ(g_Plan.m_LivingProcesses, 0);
 }
 
-RTASProcess* CModuleTest::New(bool isAudioSuite) {
-    m_New.isAudioSuite = isAudioSuite;
+RTASProcess* CModuleTest::New() {
     m_New.sampleRate = 48000;
     m_New.maxBlockSize = 1; // All blocks are larger.
     m_New.inputs = m_New.outputs = 2;

@@ -48,10 +48,8 @@ public:
         EXPECT_EQ(m_Input.Create(65535, 1) | m_Output.Create(65535), 0);
         ConnectMIDI(&m_Input, &m_Output);
     }
-    // Doubles the first channel into both outputs, and gives back the MIDI that comes in.
-    void RenderAudio(float** inputs, float** outputs, int numSamples) override {
-        for (int i = 0; i < numSamples; ++i)
-            outputs[0][i] = outputs[1][i] = 2.0f * inputs[0][i];
+    // Gives back the MIDI that comes in.
+    void RenderAudio(float**, float**, int numSamples) override {
         if (m_Input.FetchEvents(numSamples) == 0)
             UpdateControlValue(3, m_Input.GetEventCount());
         for (long i = 0; i < m_Input.GetEventCount(); ++i) {
@@ -99,7 +97,7 @@ protected:
     CModuleTest();
     ~CModuleTest() override;
 
-    RTASProcess* New(bool isAudioSuite = false);
+    RTASProcess* New();
     int GetValue(RTASProcess* process, int control);
 
     // What the host's calls brought.
@@ -107,11 +105,10 @@ protected:
     RTASNewProcess m_New{};
     RTASProcess* m_Process;
     CTestProcess& m_Plugin;
-    float m_Samples[2][64]{{1.0f, 2.0f, 3.0f}};
+    float m_Samples[2][64]{};
     float* m_Buffers[2]{m_Samples[0], m_Samples[1]};
     // What a test may lend to the block; the first event is at 0, each 1 behind the last.
-    RTASMIDIEvent m_Events[6];
-    RTASMIDIEvent m_Out[3];
+    RTASMIDIEvent m_Events[6], m_Out[3];
     RTASTransport m_Transport{1, 120.0, 4, 4, 48000, 1920000, 1, 960000, 3840000};
     // In place, the whole block, and no events.
     RTASRender m_Render{};
