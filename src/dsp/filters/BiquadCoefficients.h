@@ -33,6 +33,16 @@ inline SBiquadCoefficients GetChannel(const TBiquadCoefficients<CDoublePair>& c,
     return {c.m_b0[channel], c.m_b1[channel], c.m_b2[channel], c.m_a1[channel], c.m_a2[channel]};
 }
 
+// One of two in both places.
+template <int Index>
+inline TBiquadCoefficients<CDoublePair> SpreadFrame(const TBiquadCoefficients<CDoublePair>& c)
+    LATHE_REALTIME {
+    const auto spread = [](const CDoublePair& pair) {
+        return CDoublePair{pair[Index], pair[Index]};
+    };
+    return {spread(c.m_b0), spread(c.m_b1), spread(c.m_b2), spread(c.m_a1), spread(c.m_a2)};
+}
+
 // The two previous inputs and outputs of a channel.
 struct SBiquadHistory {
     double m_x1 = 0.0;

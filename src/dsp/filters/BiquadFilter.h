@@ -79,6 +79,10 @@ protected:
     template <class TRamp, class TFormula>
     void FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp, SCoefficientsRoom room,
                       int count, int rampOrders, TFormula formula) LATHE_REALTIME;
+    // Of two channels that are the same; the count is even.
+    template <class TRamp, class TFormula>
+    void FillAlikeRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders,
+                       TFormula formula) LATHE_REALTIME;
 
     void SetCoefficients(const SBiquadCoefficients& coefficients) LATHE_REALTIME {
         m_Coefficients = coefficients;

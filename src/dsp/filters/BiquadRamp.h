@@ -9,8 +9,6 @@
 #include "dsp/filters/BiquadFilter.h"
 #include "math/SinCos.h"
 
-#include <type_traits>
-
 namespace Lathe::Audio::DSP::Filters {
 
 // The sine and cosine of an angle, which are computed when it moves.
@@ -63,37 +61,61 @@ template <class TRamp, class TFormula>
 void CBiquadFilter::FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp,
                                  SCoefficientsRoom room, int count, int rampOrders,
                                  TFormula formula) LATHE_REALTIME {
-    auto coefficients = JoinCoefficients(m_Coefficients, other.m_Coefficients);
-    const auto fill = [&](auto areAlike) {
-        TRamp left = ramp;
-        TRamp right = otherRamp;
-        CTurn leftTurn;
-        CTurn rightTurn;
-        for (int i = 0; i < count; ++i) {
-            room.Write(i, coefficients);
-            StepRamp(left, rampOrders);
-            leftTurn.Set(left[0].m_Omega);
-            if constexpr (!areAlike) {
-                StepRamp(right, rampOrders);
-                rightTurn.Set(right[0].m_Omega);
-            }
-            const CTurn& turn = areAlike ? leftTurn : rightTurn;
-            const auto join = [&](auto member) {
-                return CDoublePair{left[0].*member, areAlike ? left[0].*member : right[0].*member};
-            };
-            coefficients = formula(CDoublePair{leftTurn.GetSin(), turn.GetSin()},
-                                   CDoublePair{leftTurn.GetCos(), turn.GetCos()}, join);
-        }
-        ramp = left;
-        otherRamp = areAlike ? left : right;
-    };
     // Channels that are the same to the bit stay so.
-    if (Core::SameBits(ramp, otherRamp))
-        fill(std::true_type());
-    else
-        fill(std::false_type());
+    if (Core::SameBits(ramp, otherRamp) && Core::SameBits(m_Coefficients, other.m_Coefficients)) {
+        FillAlikeRamp(ramp, room, count, rampOrders, formula);
+        otherRamp = ramp;
+        other.SetCoefficients(m_Coefficients);
+        return;
+    }
+    auto coefficients = JoinCoefficients(m_Coefficients, other.m_Coefficients);
+    TRamp left = ramp;
+    TRamp right = otherRamp;
+    CTurn leftTurn;
+    CTurn rightTurn;
+    for (int i = 0; i < count; ++i) {
+        room.Write(i, coefficients);
+        StepRamp(left, rampOrders);
+        leftTurn.Set(left[0].m_Omega);
+        StepRamp(right, rampOrders);
+        rightTurn.Set(right[0].m_Omega);
+        coefficients =
+            formula(CDoublePair{leftTurn.GetSin(), rightTurn.GetSin()},
+                    CDoublePair{leftTurn.GetCos(), rightTurn.GetCos()}, [&](auto member) {
+                        return CDoublePair{left[0].*member, right[0].*member};
+                    });
+    }
+    ramp = left;
+    otherRamp = right;
     SetCoefficients(GetChannel(coefficients, 0));
     other.SetCoefficients(GetChannel(coefficients, 1));
+}
+
+// Two frames at once take the places of the two channels in the formula.
+template <class TRamp, class TFormula>
+void CBiquadFilter::FillAlikeRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders,
+                                  TFormula formula) LATHE_REALTIME {
+    TRamp moving = ramp;
+    CTurn turn;
+    TBiquadCoefficients<CDoublePair> coefficients =
+        JoinCoefficients(m_Coefficients, m_Coefficients);
+    for (int i = 0; i < count; i += 2) {
+        room.Write(i, SpreadFrame<1>(coefficients));
+        StepRamp(moving, rampOrders);
+        turn.Set(moving[0].m_Omega);
+        const auto first = moving[0];
+        const double firstSin = turn.GetSin();
+        const double firstCos = turn.GetCos();
+        StepRamp(moving, rampOrders);
+        turn.Set(moving[0].m_Omega);
+        coefficients = formula(CDoublePair{firstSin, turn.GetSin()},
+                               CDoublePair{firstCos, turn.GetCos()}, [&](auto member) {
+                                   return CDoublePair{first.*member, moving[0].*member};
+                               });
+        room.Write(i + 1, SpreadFrame<0>(coefficients));
+    }
+    ramp = moving;
+    SetCoefficients(GetChannel(coefficients, 1));
 }
 
 } // namespace Lathe::Audio::DSP::Filters
