@@ -28,6 +28,9 @@ protected:
         const std::vector<std::string> before = List();
         EXPECT_EQ(Run(arguments), status);
         EXPECT_EQ(m_Output, "");
+#if defined(CAIRN_PARSER_TELLS_ERRORS)
+        m_Error.erase(0, m_Error.rfind("cairn-host: ")); // The parser's own words come before.
+#endif
         EXPECT_EQ(m_Error.rfind("cairn-host: ", 0), 0u) << m_Error;
         EXPECT_EQ(std::count(m_Error.begin(), m_Error.end(), '\n'), 1) << m_Error;
         EXPECT_NE(m_Error.find(part), std::string::npos) << m_Error;

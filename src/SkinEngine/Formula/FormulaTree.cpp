@@ -30,9 +30,13 @@ void LeaveOutBrokenToken(pANTLR3_LEXER lexer) {
         lexer->input->istream->consume(lexer->input->istream);
 }
 
-// In place of the runtime's words for an error, which would stand among those of a program: whoever
-// gets no tree says so in words of its own.
-void SayNothing(pANTLR3_BASE_RECOGNIZER, pANTLR3_UINT8*) {}
+// The runtime's words for an error would stand among those of a program, which says in words of its
+// own that it got no tree. Only builds for looking into the parser have them.
+void SetUpErrors([[maybe_unused]] pANTLR3_BASE_RECOGNIZER recognizer) {
+#if !defined(CAIRN_PARSER_TELLS_ERRORS)
+    recognizer->displayRecognitionError = [](pANTLR3_BASE_RECOGNIZER, pANTLR3_UINT8*) {};
+#endif
+}
 
 pANTLR3_INPUT_STREAM NewInput(std::string_view text) {
     // The stream reads both texts where they lie, and never writes to them.
@@ -45,14 +49,14 @@ pANTLR3_INPUT_STREAM NewInput(std::string_view text) {
 
 pFormulaLexer NewLexer(pANTLR3_INPUT_STREAM input) {
     const pFormulaLexer lexer = FormulaLexerNew(input);
-    lexer->pLexer->rec->displayRecognitionError = SayNothing;
+    SetUpErrors(lexer->pLexer->rec);
     lexer->pLexer->recover = LeaveOutBrokenToken;
     return lexer;
 }
 
 pFormulaParser NewParser(pANTLR3_COMMON_TOKEN_STREAM tokens) {
     const pFormulaParser parser = FormulaParserNew(tokens);
-    parser->pParser->rec->displayRecognitionError = SayNothing;
+    SetUpErrors(parser->pParser->rec);
     return parser;
 }
 
