@@ -115,11 +115,10 @@ public:
     int GetLatency() const LATHE_REALTIME override { return m_Stereo.GetLatency(); }
 
     void Process(const CFilterProcessData& data) LATHE_REALTIME override {
-        if (ProcessTogether(data))
-            return;
-        const int inputs = GetCurrentIOConfiguration().GetInputs().GetCount();
-        const int outputs = GetCurrentIOConfiguration().GetOutputs().GetCount();
-        if (!HasChannels(data, inputs, outputs))
+        const IIOConfiguration& configuration = m_Stereo.GetCurrentIOConfiguration();
+        const int inputs = configuration.GetInputs().GetCount();
+        const int outputs = configuration.GetOutputs().GetCount();
+        if (!HasChannels(data, inputs, outputs) || ProcessTogether(data))
             return;
         SizeScratch(data.m_SamplesCount);
         if (inputs > 0) {

@@ -38,6 +38,11 @@ bool Overlap(const float* a, const float* b, int samples) {
 
 } // namespace
 
+// What the stages behind the gain read, of a chunk.
+struct CCascade::SScratch {
+    float m_Channels[Channels][std::max(s_SteadyChunk, s_MovingChunk)];
+};
+
 bool CCascade::Aim(const CFilterProcessData& data) {
     m_Version = GetCascadeVersion();
     m_Samples = data.m_SamplesCount;

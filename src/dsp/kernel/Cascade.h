@@ -45,17 +45,16 @@ concept CascadeFilter = requires(F& filter, SCascadeChannel& channel,
 
 class CCascade {
 public:
-    // Takes the first two streams. False when they can't be run together: streams that have no data
-    // or aren't contiguous, outputs that lie over anything but their own input, no version in use.
+    // Takes the first two streams. False when they can't be run together: fewer streams, streams
+    // that have no data or aren't contiguous, outputs that lie over anything but their own input;
+    // no samples, no version in use.
     bool Aim(const CFilterProcessData& data) LATHE_REALTIME;
     SCascadeChannel& GetChannel(int channel) LATHE_REALTIME { return m_Channels[channel]; }
     // The matrix around the stages may be null.
     void Run(const CMidSideMatrix* matrix) LATHE_REALTIME;
 
 private:
-    struct SScratch {
-        float m_Channels[Channels][256];
-    };
+    struct SScratch;
 
     // Returns where it has stopped: less than a group before the end.
     template <bool Moving>

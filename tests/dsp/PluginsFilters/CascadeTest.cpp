@@ -71,7 +71,7 @@ private:
 
 // What happens in one block.
 struct SBlock {
-    enum ELayout { Apart, InPlace, Strided, Crossed, Shared };
+    enum ELayout { Apart, InPlace, Strided, Crossed, Shared, Shifted };
 
     CSignals m_Input;
     std::vector<std::pair<int, double>> m_Moves;
@@ -94,8 +94,8 @@ public:
             block.m_Input[1] = block.m_Input[0];
         constexpr SBlock::ELayout layouts[] = {SBlock::Apart,   SBlock::Apart,   SBlock::Apart,
                                                SBlock::InPlace, SBlock::InPlace, SBlock::Strided,
-                                               SBlock::Crossed, SBlock::Shared};
-        block.m_Layout = layouts[Pick(8)];
+                                               SBlock::Crossed, SBlock::Shared,  SBlock::Shifted};
+        block.m_Layout = layouts[Pick(9)];
         block.m_ResetsBefore = Chance(0.15);
         block.m_IsSilence = Chance(0.05);
         block.m_IsRamp = Chance(0.7);
@@ -192,7 +192,11 @@ public:
         CBuffers apart(2, block.GetSamples(), 0.5f, stride);
         COtherStreams crossed(inputs, 1, 0);
         COtherStreams shared(inputs, 0, 0);
-        IAudioStreams* const outputs[] = {&apart, &inputs, &apart, &crossed, &shared};
+        CAudioStream late[2]; // By a sample, over what is still to be read.
+        for (int c = 0; c < 2; ++c)
+            late[c] = CAudioStream(&inputs.At(c, 0), 1, block.GetSamples(), 1, false);
+        CAudioStreams shifted(late, 2, false);
+        IAudioStreams* const outputs[] = {&apart, &inputs, &apart, &crossed, &shared, &shifted};
         const IConstAudioStreams* given = &inputs;
         if (block.m_IsSilence)
             given = nullptr;
@@ -305,6 +309,7 @@ TEST(Cascade, RunsWhereStreamsAllowIt) {
         {SBlock::Shared, false, true, false},
         {SBlock::Shared, false, false, false},
         {SBlock::InPlace, false, false, true},
+        {SBlock::Shifted, false, false, false},
         {SBlock::Crossed, false, false, false},
         // From the scratch streams of the matrix.
         {SBlock::Crossed, false, true, true},
