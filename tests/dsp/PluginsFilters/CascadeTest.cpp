@@ -150,13 +150,13 @@ private:
         const bool alike = Chance(0.3);
         if (Chance(0.2))
             block.m_Moves.emplace_back(0, Chance(0.8) ? Pick(2) : m_Random.Between(0, 1));
-        for (int param = 1; param <= 12; ++param) {
+        for (int param = 1; param <= (alike ? 6 : 12); ++param) {
             if (!Chance(probability))
                 continue;
             const IConstParamInfo& info = m_Filter.GetInputParamsInfo().GetElement(param);
             const double value = info.GetPositionMapper().PositionToValue(m_Random.Between(0, 1));
             block.m_Moves.emplace_back(param, value);
-            if (alike && param <= 6)
+            if (alike)
                 block.m_Moves.emplace_back(param + 6, value);
         }
     }
