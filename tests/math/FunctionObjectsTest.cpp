@@ -105,16 +105,11 @@ bool IsNear(double a, double b) {
 // Cloned, or written to a stream of each kind and read, the function is the same.
 template <class I>
 void CheckSurvives(const I& original) {
-    const std::unique_ptr<I> clone(original.Clone());
-    EXPECT_TRUE(std::ranges::equal(Sample(*clone), Sample(original), IsNear));
-    Tests::ForEachStream([&](auto& stream, const auto& reload) {
-        ASSERT_TRUE(stream.WriteObject("function", CTypeSerializer(&original)));
-        reload();
-        Core::TOwnership<I> read;
-        TRuntimeDeSerializer<I> reader(read);
-        ASSERT_TRUE(stream.ReadObject("function", reader) && read);
-        EXPECT_TRUE(std::ranges::equal(Sample(*read), Sample(original), IsNear));
-    });
+    const auto check = [&](const I& copy) {
+        EXPECT_TRUE(std::ranges::equal(Sample(copy), Sample(original), IsNear));
+    };
+    check(*std::unique_ptr<I>(original.Clone()));
+    Tests::ForEachReading<I>(original, check);
 }
 
 // Each id makes an object of the interface and of no other one, with the values expected.

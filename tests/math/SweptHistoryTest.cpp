@@ -112,14 +112,7 @@ void CheckSurvives(TX... x) {
         EXPECT_EQ(dynamic_cast<const T&>(copy).GetDuration(), 2.5);
     };
     check(*std::unique_ptr<I>(original.Clone()));
-    Tests::ForEachStream([&](auto& stream, const auto& reload) {
-        ASSERT_TRUE(stream.WriteObject("function", CTypeSerializer(&original)));
-        reload();
-        Core::TOwnership<I> read;
-        TRuntimeDeSerializer<I> reader(read);
-        ASSERT_TRUE(stream.ReadObject("function", reader) && read);
-        check(*read);
-    });
+    Tests::ForEachReading<I>(original, check);
     for (const char* key : {"version", "values", "times", "currentIndex", "mask", "pointsCount",
                             "duration", "pointsPerSecond", "defaultValue"}) {
         CMemDataObject stored;

@@ -3,6 +3,7 @@
 
 #include "serialization/MemDataObject.h"
 #include "serialization/StreamValue.h"
+#include "serialization/TypedObject.h"
 #include "serialization/XmlDataObject.h"
 
 #include <gtest/gtest.h>
@@ -47,6 +48,19 @@ void ForEachStream(const TCheck& check) {
         CXmlDataObject file("File");
         ASSERT_TRUE(file.WriteObject("memory", memory));
         ASSERT_TRUE(Parse(file, GetText(file)) && file.ReadObject("memory", memory));
+    });
+}
+
+// Hands each check what a stream of each kind gives back of the object, found by its class id.
+template <class I, class TCheck>
+void ForEachReading(const I& original, const TCheck& check) {
+    ForEachStream([&](auto& stream, const auto& reload) {
+        ASSERT_TRUE(stream.WriteObject("object", CTypeSerializer(&original)));
+        reload();
+        Core::TOwnership<I> read;
+        TRuntimeDeSerializer<I> reader(read);
+        ASSERT_TRUE(stream.ReadObject("object", reader) && read);
+        check(*read);
     });
 }
 
