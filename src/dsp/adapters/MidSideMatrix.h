@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/Realtime.h"
+#include "dsp/kernel/CascadeLanes.h"
 #include "dsp/streams/AudioStream.h"
 
 #include <array>
@@ -24,6 +25,8 @@ public:
 
     // Whether decoding leaves zeros what they are, without a sign: for every mode in its range.
     bool KeepsZeros() const LATHE_REALTIME { return m_a >= 0.0f && m_b >= 0.0f; }
+
+    Kernel::SMatrixFactors GetFactors() const LATHE_REALTIME { return {m_a, m_b, m_n}; }
 
     struct SPair {
         float m_First;

@@ -136,28 +136,31 @@ void CGain::ProcessFrames(int samples, int rampOrders) {
     }
 }
 
-// As the loop over frames, with the gain in a register.
-void CGain::ScaleSamples(const float* input, float* output, int samples, int rampOrders) {
+void CGain::FillGains(float* gains, int count, int rampOrders) {
     auto [gain, first, second] = m_Gain;
     if (rampOrders == 0) {
-        for (int i = 0; i < samples; ++i)
-            output[i] = Scale(gain, input[i]);
+        std::fill_n(gains, count, gain);
         return;
     }
-    // The gains ahead of the samples, which then go side by side.
-    std::array<float, 64> gains;
-    for (int at = 0; at < samples; at += static_cast<int>(gains.size())) {
-        const int count = std::min(static_cast<int>(gains.size()), samples - at);
-        for (int i = 0; i < count; ++i) {
-            gains[static_cast<std::size_t>(i)] = gain;
-            if (rampOrders > 1)
-                first *= second;
-            gain *= first;
-        }
-        for (int i = 0; i < count; ++i)
-            output[at + i] = Scale(gains[static_cast<std::size_t>(i)], input[at + i]);
+    for (int i = 0; i < count; ++i) {
+        gains[i] = gain;
+        if (rampOrders > 1)
+            first *= second;
+        gain *= first;
     }
     m_Gain = {gain, first, second};
+}
+
+// As the loop over frames, with the gains ahead of the samples, which then go side by side.
+void CGain::ScaleSamples(const float* input, float* output, int samples, int rampOrders) {
+    constexpr int chunk = 64;
+    float gains[chunk];
+    for (int at = 0; at < samples; at += chunk) {
+        const int count = std::min(chunk, samples - at);
+        FillGains(gains, count, rampOrders);
+        for (int i = 0; i < count; ++i)
+            output[at + i] = Scale(gains[i], input[at + i]);
+    }
 }
 
 } // namespace Lathe::Audio::DSP::Filters

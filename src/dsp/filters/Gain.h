@@ -27,11 +27,13 @@ public:
     // One value, the gain in dB; ignored before Init and with any other number of values.
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
 
-    // A block whose frames another walks through: StartBlock, then the samples, then
-    // SetInputValues of the end.
+    // A block whose frames another walks through: StartBlock, then for some samples after the
+    // others either the gains or ScaleSamples, then SetInputValues of the end.
 
     // Applies the start values. Returns the orders of the ramp.
     int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+    // The gain factors of the next samples. What they scale to zero or denormal is zero.
+    void FillGains(float* gains, int count, int rampOrders) LATHE_REALTIME;
     // The next samples of one channel; the output may be the input.
     void ScaleSamples(const float* input, float* output, int samples, int rampOrders)
         LATHE_REALTIME;

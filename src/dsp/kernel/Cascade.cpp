@@ -14,9 +14,10 @@ namespace Lathe::Audio::DSP::Kernel {
 
 namespace {
 
-// Frames that are run at a time: what is prepared for them stays in the nearest cache.
-constexpr int s_SteadyChunk = 256;
-constexpr int s_MovingChunk = 96;
+// Frames that are run at a time, and again if there is something to flush. The coefficients of
+// those that move stay in the nearest cache.
+constexpr int s_SteadyChunk = 512;
+constexpr int s_MovingChunk = 128;
 // Of each section the coefficients begin one group later than those of the section before.
 constexpr int s_MovingRoom = s_MovingChunk + (Sections - 1) * GroupFrames;
 
@@ -29,6 +30,12 @@ void ClearEnds(SChainCoefficients* coefficients, int frames) {
     std::fill_n(coefficients + frames, behind, SChainCoefficients());
 }
 
+// The frames of the next chunk: whole groups, or none when there are too few.
+int GetChunk(int left, int chunk) {
+    const int frames = std::min(left, chunk) & -GroupFrames;
+    return frames >= MinGroups * GroupFrames ? frames : 0;
+}
+
 bool Overlap(const float* a, const float* b, int samples) {
     const auto first = reinterpret_cast<std::uintptr_t>(a);
     const auto second = reinterpret_cast<std::uintptr_t>(b);
@@ -37,11 +44,6 @@ bool Overlap(const float* a, const float* b, int samples) {
 }
 
 } // namespace
-
-// What the stages behind the gain read, of a chunk.
-struct CCascade::SScratch {
-    float m_Channels[Channels][std::max(s_SteadyChunk, s_MovingChunk)];
-};
 
 bool CCascade::Aim(const CFilterProcessData& data) {
     m_Version = GetCascadeVersion();
@@ -70,39 +72,36 @@ void CCascade::Run(const CMidSideMatrix* matrix) {
     RunRest(m_Channels[0].m_SectionOrders > 0 ? RunChunks<true>() : RunChunks<false>());
 }
 
-void CCascade::Prepare(SScratch& scratch, int start, int count) {
+void CCascade::Prepare(float* const (&to)[Channels], int start, int count) {
     const float* inputs[Channels] = {m_Inputs[0] + start, m_Inputs[1] + start};
     if (m_Matrix) {
-        m_Matrix->Encode(inputs[0], inputs[1], scratch.m_Channels[0], scratch.m_Channels[1], count);
-        inputs[0] = scratch.m_Channels[0];
-        inputs[1] = scratch.m_Channels[1];
+        m_Matrix->Encode(inputs[0], inputs[1], to[0], to[1], count);
+        inputs[0] = to[0];
+        inputs[1] = to[1];
     }
     for (int c = 0; c < Channels; ++c)
-        m_Channels[c].m_Gain->ScaleSamples(inputs[c], scratch.m_Channels[c], count,
-                                           m_Channels[c].m_GainOrders);
+        m_Channels[c].m_Gain->ScaleSamples(inputs[c], to[c], count, m_Channels[c].m_GainOrders);
 }
 
-void CCascade::Finish(int start, int count) {
-    if (m_Matrix)
-        m_Matrix->Decode(m_Outputs[0] + start, m_Outputs[1] + start, count);
-}
-
-bool CCascade::IsSilent(int channel, const SScratch& scratch, int count,
-                        const SChainHistory& history, const SChainCoefficients& coefficients) {
+bool CCascade::IsSilent(int channel, int start, int count, const SChainHistory& history,
+                        const SChainCoefficients& coefficients) {
     // By their bits, since only zeros without a sign stay what they are.
     std::uint64_t any = 0;
-    for (int i = 0; i < count && any == 0; ++i)
-        any = std::bit_cast<std::uint32_t>(scratch.m_Channels[channel][i]);
-    if (any != 0)
-        return false;
-    bool isPositive = true;
     for (int i = channel; i < Chains; i += Channels) {
         for (const double past :
              {history.m_x1[i], history.m_x2[i], history.m_y1[i], history.m_y2[i]})
             any |= std::bit_cast<std::uint64_t>(past);
-        isPositive = isPositive && coefficients.m_b0[i] > 0.0;
+        if (any != 0 || !(coefficients.m_b0[i] > 0.0))
+            return false;
     }
-    return any == 0 && isPositive;
+    // A gain that moves would move on.
+    if (m_Channels[channel].m_GainOrders > 0)
+        return false;
+    float samples[Channels][s_SteadyChunk];
+    Prepare({samples[0], samples[1]}, start, count);
+    for (int i = 0; i < count && any == 0; ++i)
+        any = std::bit_cast<std::uint32_t>(samples[channel][i]);
+    return any == 0;
 }
 
 void CCascade::LoadHistory(SChainHistory& history) const {
@@ -143,60 +142,76 @@ void CCascade::ComputeRamps(SChainCoefficients* coefficients, int count) {
     }
 }
 
+void CCascade::RunGroups(SCascadeGroups& groups) const {
+    bool hasSeenTiny = m_Version->m_Run(groups);
+    if (hasSeenTiny && !groups.m_Flushing) {
+        groups.m_Flushing = true;
+        hasSeenTiny = m_Version->m_Run(groups);
+    }
+    // What had something to flush goes on to have.
+    groups.m_Flushing = hasSeenTiny;
+}
+
 template <bool Moving>
 int CCascade::RunChunks() {
     constexpr int chunk = Moving ? s_MovingChunk : s_SteadyChunk;
-    SScratch scratch;
     SChainHistory history;
-    SChainCoefficients coefficients[Moving ? s_MovingRoom : 1];
     LoadHistory(history);
+    SChainCoefficients coefficients[Moving ? s_MovingRoom : 1];
     if (Moving)
         ClearEnds(coefficients, std::min(m_Samples, chunk) & -GroupFrames);
     else
         LoadCoefficients(coefficients[0]);
-    bool flushing = false;
+    const SMatrixFactors matrix = m_Matrix ? m_Matrix->GetFactors() : SMatrixFactors();
+    float gains[Channels][chunk];
+    const bool gainsMove = m_Channels[0].m_GainOrders > 0;
+    float copies[Channels][chunk];
+
+    SCascadeGroups groups = {};
+    groups.m_Matrix = m_Matrix ? &matrix : nullptr;
+    groups.m_GainsStride = gainsMove ? 1 : 0;
+    groups.m_Coefficients = coefficients;
+    groups.m_CoefficientsStride = Moving ? 1 : 0;
+    groups.m_History = &history;
     int start = 0;
-    for (int count; (count = std::min(m_Samples - start, chunk) & -GroupFrames) > 0;
-         start += count) {
-        Prepare(scratch, start, count);
+    for (int count; (count = GetChunk(m_Samples - start, chunk)) > 0; start += count) {
+        groups.m_Groups = count / GroupFrames;
+        for (int c = 0; c < Channels; ++c) {
+            groups.m_Inputs[c] = m_Inputs[c] + start;
+            groups.m_Outputs[c] = m_Outputs[c] + start;
+            // A second run needs the input again.
+            if (groups.m_Inputs[c] == groups.m_Outputs[c]) {
+                std::copy_n(groups.m_Inputs[c], count, copies[c]);
+                groups.m_Inputs[c] = copies[c];
+            }
+            groups.m_IsSilent[c] = !Moving && IsSilent(c, start, count, history, coefficients[0]);
+            m_Channels[c].m_Gain->FillGains(gains[c], gainsMove ? count : GroupFrames,
+                                            m_Channels[c].m_GainOrders);
+            groups.m_Gains[c] = gains[c];
+        }
         if (Moving)
             ComputeRamps(coefficients, count);
-        bool isSilent[Channels] = {};
-        for (int c = 0; c < Channels && !Moving; ++c)
-            isSilent[c] = IsSilent(c, scratch, count, history, coefficients[0]);
-        const auto run = [&](bool flush) {
-            return m_Version->m_Run({{scratch.m_Channels[0], scratch.m_Channels[1]},
-                                     {m_Outputs[0] + start, m_Outputs[1] + start},
-                                     count / GroupFrames,
-                                     coefficients,
-                                     Moving ? 1 : 0,
-                                     flush,
-                                     {isSilent[0], isSilent[1]},
-                                     &history});
-        };
-        // What had something to flush goes on to have.
-        flushing = run(flushing) && (flushing || run(true));
-        Finish(start, count);
+        RunGroups(groups);
     }
     StoreHistory(history);
     return start;
 }
 
-// Fewer frames than a group.
+// Too few frames for a version.
 void CCascade::RunRest(int start) {
     const int count = m_Samples - start;
     if (count == 0)
         return;
-    SScratch scratch;
-    Prepare(scratch, start, count);
+    float samples[Channels][MinGroups * GroupFrames];
+    Prepare({samples[0], samples[1]}, start, count);
     for (int c = 0; c < Channels; ++c) {
-        float* const samples = scratch.m_Channels[c];
         for (int s = 0; s < Sections; ++s)
-            m_Channels[c].m_Sections[s]->FilterSamples(samples, samples, count,
+            m_Channels[c].m_Sections[s]->FilterSamples(samples[c], samples[c], count,
                                                        m_Channels[c].m_SectionOrders);
-        std::copy_n(samples, count, m_Outputs[c] + start);
+        std::copy_n(samples[c], count, m_Outputs[c] + start);
     }
-    Finish(start, count);
+    if (m_Matrix)
+        m_Matrix->Decode(m_Outputs[0] + start, m_Outputs[1] + start, count);
 }
 
 } // namespace Lathe::Audio::DSP::Kernel

@@ -54,23 +54,21 @@ public:
     void Run(const CMidSideMatrix* matrix) LATHE_REALTIME;
 
 private:
-    struct SScratch;
-
-    // Returns where it has stopped: less than a group before the end.
+    // Returns where it has stopped: less than MinGroups before the end.
     template <bool Moving>
     int RunChunks() LATHE_REALTIME;
     void RunRest(int start) LATHE_REALTIME;
+    // Whether they flush samples as they come is taken from the chunk before, and left to the next.
+    void RunGroups(SCascadeGroups& groups) const LATHE_REALTIME;
     void LoadHistory(SChainHistory& history) const LATHE_REALTIME;
     void StoreHistory(const SChainHistory& history) LATHE_REALTIME;
     void LoadCoefficients(SChainCoefficients& coefficients) const LATHE_REALTIME;
     void ComputeRamps(SChainCoefficients* coefficients, int count) LATHE_REALTIME;
+    // The channel's chains give zeros, and have nothing to flush; steady ones.
+    bool IsSilent(int channel, int start, int count, const SChainHistory& history,
+                  const SChainCoefficients& coefficients) LATHE_REALTIME;
     // The input through matrix and gain.
-    void Prepare(SScratch& scratch, int start, int count) LATHE_REALTIME;
-    // The channel's chains give zeros, and have nothing to flush.
-    static bool IsSilent(int channel, const SScratch& scratch, int count,
-                         const SChainHistory& history, const SChainCoefficients& coefficients)
-        LATHE_REALTIME;
-    void Finish(int start, int count) LATHE_REALTIME;
+    void Prepare(float* const (&to)[Channels], int start, int count) LATHE_REALTIME;
 
     const SCascadeVersion* m_Version = nullptr;
     const float* m_Inputs[Channels] = {};

@@ -1,5 +1,5 @@
-// The cascade for processors with AVX2: the first two sections in one vector of four doubles, the
-// last one in a vector of two.
+// The cascade for processors with AVX2: the first section in a vector of two doubles, the other two
+// in one of four.
 #include "dsp/kernel/CascadeLoop.h"
 
 #if defined(__AVX2__)
@@ -12,110 +12,108 @@ namespace {
 
 struct SLanes {
     struct V {
-        V(__m256d wide, __m128d last) : m_Wide(wide), m_Last(last) {}
+        V(__m128d first, __m256d rest) : m_First(first), m_Rest(rest) {}
         // Written out, since the compiler's own copies the padding too, by way of the stack.
-        V(const V& other) : m_Wide(other.m_Wide), m_Last(other.m_Last) {}
+        V(const V& other) : m_First(other.m_First), m_Rest(other.m_Rest) {}
         V& operator=(const V& other) {
-            m_Wide = other.m_Wide;
-            m_Last = other.m_Last;
+            m_First = other.m_First;
+            m_Rest = other.m_Rest;
             return *this;
         }
-        __m256d m_Wide;
-        __m128d m_Last;
+        __m128d m_First;
+        __m256d m_Rest;
     };
-    // The lower two floats of the last.
+    // The lower two floats of the first.
     struct F {
-        __m128 m_Wide;
-        __m128 m_Last;
+        __m128 m_First;
+        __m128 m_Rest;
     };
 
-    // The chains of the sections from the first to the last one.
-    struct CMask {
-        CMask(int first, int last)
-            : m_Floats(
-                  _mm_castsi128_ps(_mm_setr_epi32(Bits(0, first, last), Bits(0, first, last),
-                                                  Bits(1, first, last), Bits(1, first, last)))),
-              m_Wide(_mm256_castsi256_pd(Widen(_mm_castps_si128(m_Floats)))),
-              m_Last(_mm_castsi128_pd(_mm_set1_epi32(Bits(2, first, last)))) {}
-        static int Bits(int section, int first, int last) {
-            return section >= first && section <= last ? -1 : 0;
-        }
-        __m128 m_Floats;
-        __m256d m_Wide;
-        __m128d m_Last;
-    };
+    // The first section's, then the second's.
+    using CPassed = __m128;
 
-    // The least magnitudes, of each channel in every other lane.
+    // The least magnitudes.
     struct CWatch {
-        void See(const F* given) {
-            for (int k = 0; k < GroupFrames; ++k)
-                See(given[k].m_Wide);
-            See(_mm_movelh_ps(given[0].m_Last, given[1].m_Last));
-            See(_mm_movelh_ps(given[2].m_Last, given[3].m_Last));
-        }
-        // A NaN leaves the second operand.
-        void See(__m128 given) {
-            const __m128 magnitude = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
-            m_Least = _mm_min_ps(_mm_and_ps(given, magnitude), m_Least);
+        void See(__m128 passed) { m_Passed = Least(m_Passed, passed); }
+        void See(__m128 first, __m128 second) {
+            m_First = Least(m_First, first);
+            m_Second = Least(m_Second, second);
         }
         bool HasSeenTiny(const bool* isSilent) const {
-            const int ofInterest = (isSilent[0] ? 0 : 5) | (isSilent[1] ? 0 : 10);
-            return (_mm_movemask_ps(_mm_castsi128_ps(IsTiny(m_Least))) & ofInterest) != 0;
+            const int passed = GetTiny(m_Passed);
+            const bool first = (passed & 5) != 0 || GetTiny(m_First) != 0;
+            const bool second = (passed & 10) != 0 || GetTiny(m_Second) != 0;
+            return (first && !isSilent[0]) || (second && !isSilent[1]);
         }
-        __m128 m_Least = _mm_set1_ps(1.0f);
+
+    private:
+        // Twice the bits of a float are in the order of its magnitude.
+        static __m128i Least(__m128i least, __m128 given) {
+            const __m128i bits = _mm_castps_si128(given);
+            return _mm_min_epu32(least, _mm_add_epi32(bits, bits));
+        }
+        // A bit for each lane that has seen an exponent of zero.
+        static int GetTiny(__m128i least) {
+            const __m128i isTiny = _mm_cmpeq_epi32(_mm_srli_epi32(least, 24), _mm_setzero_si128());
+            return _mm_movemask_ps(_mm_castsi128_ps(isTiny));
+        }
+
+        // Of both channels in turns; of each alone.
+        __m128i m_Passed = _mm_set1_epi32(-1);
+        __m128i m_First = m_Passed;
+        __m128i m_Second = m_Passed;
     };
 
-    // The samples of both channels in turns, of frames 0 and 1 and of frames 2 and 3.
+    // Frames 0 and 1, and frames 2 and 3.
     struct CInput {
-        CInput(const float* first, const float* second) {
-            const __m128 a = _mm_loadu_ps(first);
-            const __m128 b = _mm_loadu_ps(second);
-            m_Pairs[0] = _mm_unpacklo_ps(a, b);
-            m_Pairs[1] = _mm_unpackhi_ps(a, b);
-        }
-        __m128 m_Pairs[2];
+        CInput(const CGroup& first, const CGroup& second)
+            : m_Pairs{_mm256_cvtps_pd(_mm_unpacklo_ps(first, second)),
+                      _mm256_cvtps_pd(_mm_unpackhi_ps(first, second))} {}
+        __m256d m_Pairs[2];
     };
 
-    static V Load(const double* from) { return {_mm256_loadu_pd(from), _mm_loadu_pd(from + 4)}; }
+    static V Load(const double* from) { return {_mm_load_pd(from), _mm256_loadu_pd(from + 2)}; }
     static void Store(double* to, const V& v) {
-        _mm256_storeu_pd(to, v.m_Wide);
-        _mm_storeu_pd(to + 4, v.m_Last);
+        _mm_store_pd(to, v.m_First);
+        _mm256_storeu_pd(to + 2, v.m_Rest);
     }
     static V Multiply(const V& a, const V& b) {
-        return {_mm256_mul_pd(a.m_Wide, b.m_Wide), _mm_mul_pd(a.m_Last, b.m_Last)};
+        return {_mm_mul_pd(a.m_First, b.m_First), _mm256_mul_pd(a.m_Rest, b.m_Rest)};
     }
     static V Add(const V& a, const V& b) {
-        return {_mm256_add_pd(a.m_Wide, b.m_Wide), _mm_add_pd(a.m_Last, b.m_Last)};
+        return {_mm_add_pd(a.m_First, b.m_First), _mm256_add_pd(a.m_Rest, b.m_Rest)};
     }
-    static F Round(const V& v) { return {_mm256_cvtpd_ps(v.m_Wide), _mm_cvtpd_ps(v.m_Last)}; }
+    static F Round(const V& v) { return {_mm_cvtpd_ps(v.m_First), _mm256_cvtpd_ps(v.m_Rest)}; }
     static void Flush(F& given, V& y) {
-        const __m128i isWideTiny = IsTiny(given.m_Wide);
-        const __m128i isLastTiny = IsTiny(given.m_Last);
-        given.m_Wide = _mm_andnot_ps(_mm_castsi128_ps(isWideTiny), given.m_Wide);
-        given.m_Last = _mm_andnot_ps(_mm_castsi128_ps(isLastTiny), given.m_Last);
-        y.m_Wide = _mm256_andnot_pd(_mm256_castsi256_pd(Widen(isWideTiny)), y.m_Wide);
-        y.m_Last = _mm_andnot_pd(_mm_castsi128_pd(WidenLower(isLastTiny)), y.m_Last);
+        const __m128i isFirstTiny = IsTiny(given.m_First);
+        const __m128i isRestTiny = IsTiny(given.m_Rest);
+        given.m_First = _mm_andnot_ps(_mm_castsi128_ps(isFirstTiny), given.m_First);
+        given.m_Rest = _mm_andnot_ps(_mm_castsi128_ps(isRestTiny), given.m_Rest);
+        y.m_First = _mm_andnot_pd(_mm_castsi128_pd(_mm_cvtepi32_epi64(isFirstTiny)), y.m_First);
+        y.m_Rest =
+            _mm256_andnot_pd(_mm256_castsi256_pd(_mm256_cvtepi32_epi64(isRestTiny)), y.m_Rest);
     }
     template <int K>
-    static V Feed(const CInput& input, const F& given) {
-        constexpr int half = K % 2 == 0 ? _MM_SHUFFLE(1, 0, 1, 0) : _MM_SHUFFLE(1, 0, 3, 2);
-        return {_mm256_cvtps_pd(_mm_shuffle_ps(input.m_Pairs[K / 2], given.m_Wide, half)),
-                _mm_cvtps_pd(_mm_movehl_ps(given.m_Wide, given.m_Wide))};
+    static V Feed(const CInput& input, CPassed passed) {
+        return {_mm256_extractf128_pd(input.m_Pairs[K / 2], K % 2), _mm256_cvtps_pd(passed)};
     }
-    static void Write(const F* given, float* first, float* second) {
-        const __m128 early = _mm_movelh_ps(given[0].m_Last, given[1].m_Last);
-        const __m128 late = _mm_movelh_ps(given[2].m_Last, given[3].m_Last);
-        _mm_storeu_ps(first, _mm_shuffle_ps(early, late, _MM_SHUFFLE(2, 0, 2, 0)));
-        _mm_storeu_ps(second, _mm_shuffle_ps(early, late, _MM_SHUFFLE(3, 1, 3, 1)));
+    static CPassed Pass(const F& given) { return _mm_movelh_ps(given.m_First, given.m_Rest); }
+    template <int Channel>
+    static CGroup Collect(const F* given) {
+        const __m128 early = _mm_movehl_ps(given[1].m_Rest, given[0].m_Rest);
+        const __m128 late = _mm_movehl_ps(given[3].m_Rest, given[2].m_Rest);
+        return _mm_shuffle_ps(early, late, _MM_SHUFFLE(2 + Channel, Channel, 2 + Channel, Channel));
     }
-    static V Select(const CMask& mask, const V& yes, const V& no) {
-        return {_mm256_blendv_pd(no.m_Wide, yes.m_Wide, mask.m_Wide),
-                _mm_blendv_pd(no.m_Last, yes.m_Last, mask.m_Last)};
+    template <int First, int Last>
+    static V Select(const V& yes, const V& no) {
+        constexpr int running = (First <= 1 && Last >= 1 ? 3 : 0) | (Last >= 2 ? 12 : 0);
+        return {First == 0 ? yes.m_First : no.m_First,
+                _mm256_blend_pd(no.m_Rest, yes.m_Rest, running)};
     }
-    static F SelectOrOne(const CMask& mask, const F& given) {
-        const __m128 one = _mm_set1_ps(1.0f);
-        return {_mm_blendv_ps(one, given.m_Wide, mask.m_Floats),
-                _mm_blendv_ps(one, given.m_Last, _mm_castpd_ps(mask.m_Last))};
+    template <int First, int Last>
+    static CPassed SelectOrOne(CPassed passed) {
+        constexpr int running = (First <= 1 && Last >= 1 ? 3 : 0) | (Last >= 2 ? 12 : 0);
+        return _mm_blend_ps(_mm_set1_ps(1.0f), passed, running);
     }
 
 private:
@@ -124,8 +122,6 @@ private:
         const __m128i exponent = _mm_and_si128(_mm_castps_si128(v), _mm_set1_epi32(0x7f800000));
         return _mm_cmpeq_epi32(exponent, _mm_setzero_si128());
     }
-    static __m256i Widen(__m128i mask) { return _mm256_cvtepi32_epi64(mask); }
-    static __m128i WidenLower(__m128i mask) { return _mm_cvtepi32_epi64(mask); }
 };
 
 } // namespace

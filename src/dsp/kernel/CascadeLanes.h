@@ -14,8 +14,10 @@ constexpr int Chains = Channels * Sections;
 // Frames that a version takes at a time. It runs each section so many frames behind the one before
 // it, so that no section waits for the sample that the other has just begun.
 constexpr int GroupFrames = 4;
+// Every section but the last one begins before the first one ends.
+constexpr int MinGroups = Sections - 1;
 
-struct SChainCoefficients {
+struct alignas(16) SChainCoefficients {
     double m_b0[Chains];
     double m_b1[Chains];
     double m_b2[Chains];
@@ -23,19 +25,34 @@ struct SChainCoefficients {
     double m_a2[Chains];
 };
 
-struct SChainHistory {
+struct alignas(16) SChainHistory {
     double m_x1[Chains];
     double m_x2[Chains];
     double m_y1[Chains];
     double m_y2[Chains];
 };
 
+// The samples of a group of one channel, whose arithmetic every processor has.
+using CGroup [[gnu::vector_size(GroupFrames * sizeof(float))]] = float;
+
+// The factors of a CMidSideMatrix.
+struct SMatrixFactors {
+    float m_a;
+    float m_b;
+    float m_n;
+};
+
 // Some groups of frames; inputs and outputs don't overlap.
 struct SCascadeGroups {
     const float* m_Inputs[Channels];
     float* m_Outputs[Channels];
-    // At least one.
+    // At least MinGroups.
     int m_Groups;
+    // Null for none.
+    const SMatrixFactors* m_Matrix;
+    // Of each frame with stride 1; with stride 0 those of a group, for all.
+    const float* m_Gains[Channels];
+    int m_GainsStride;
     // With stride 0 the same for all frames. With stride 1 those of each frame, and of GroupFrames
     // more for each section behind the first: the chains of section s find theirs s groups later.
     const SChainCoefficients* m_Coefficients;

@@ -9,44 +9,51 @@
 
 #include "dsp/kernel/CascadeLanes.h"
 
+#include <cstdint>
+
 namespace Lathe::Audio::DSP::Kernel {
 
 // L holds the chains in vectors of its processor. It stands in an unnamed namespace, so that code
 // for one processor is not shared with sources that are compiled for another. Its members:
 //   V          a double for each chain
 //   F          a float for each chain
-//   CWatch     sees the F of all groups, and tells whether any was zero or denormal
+//   CPassed    the floats that sections pass on to the ones behind them
 //   CInput     the samples of a group of frames for the first section
-//   CMask      the chains of the sections from a first one up to a last one
+//   CWatch     sees the floats of all groups, and tells whether any was zero or denormal
 //   Load, Store, Multiply, Add, Round (V to F), Flush (F and V)
-//   Select     V of the chains of a mask, else another V; SelectOrOne: F, else 1
-//   Feed       the input of frame K of a group for the first section, F for those behind it
-//   Write      the samples of the last section of a group's frames
-template <class L, bool Flushing>
+//   Feed       the input of frame K of a group for the first section, what was passed for the
+//   others Collect    the samples of the last section of a group's frames Select     V of the
+//   chains of the sections First to Last, else another V SelectOrOne  what has been passed to those
+//   sections, else 1
+template <class L, bool Flushing, bool HasMatrix>
 class TCascadeLoop {
 public:
     static bool Run(const SCascadeGroups& groups) {
-        SState state(*groups.m_History);
+        TCascadeLoop loop(groups);
         int step = 0;
         // The last section begins some steps after the first one, and ends as much later.
-        for (; step < Sections - 1; ++step)
-            RunPartialStep(groups, step, state);
-        for (; step < groups.m_Groups; ++step) {
-            RunStep(groups, step, step, state);
-            Write(groups, step, state);
-            state.m_Watch.See(state.m_Given);
-        }
-        for (; step < groups.m_Groups + Sections - 1; ++step)
-            RunPartialStep(groups, step, state);
-        const bool hasSeenTiny = state.m_Watch.HasSeenTiny(groups.m_IsSilent);
+        loop.template RunStep<0, 0>(step++);
+        loop.template RunStep<0, 1>(step++);
+        while (step < groups.m_Groups)
+            loop.template RunStep<0, 2>(step++);
+        loop.template RunStep<1, 2>(step++);
+        loop.template RunStep<2, 2>(step++);
+        const bool hasSeenTiny = loop.m_State.m_Watch.HasSeenTiny(groups.m_IsSilent);
         if (Flushing || !hasSeenTiny)
-            state.StoreHistory(*groups.m_History);
+            loop.m_State.StoreHistory(*groups.m_History);
         return hasSeenTiny;
     }
 
 private:
     using V = typename L::V;
     using F = typename L::F;
+
+    static_assert(Sections == 3);
+
+    explicit TCascadeLoop(const SCascadeGroups& groups)
+        : m_Groups(groups),
+          m_Matrix(HasMatrix ? *groups.m_Matrix : SMatrixFactors()),
+          m_State(*groups.m_History) {}
 
     struct SState {
         explicit SState(const SChainHistory& h)
@@ -62,78 +69,119 @@ private:
         }
 
         V m_x1, m_x2, m_y1, m_y2;
-        // What each chain gave for the group before.
-        F m_Given[GroupFrames] = {};
+        // For the group before.
+        typename L::CPassed m_Passed[GroupFrames] = {};
         typename L::CWatch m_Watch;
     };
 
+    static CGroup LoadGroup(const float* from) {
+        CGroup group;
+        __builtin_memcpy(&group, from, sizeof group);
+        return group;
+    }
+    static void StoreGroup(float* to, const CGroup& group) {
+        __builtin_memcpy(to, &group, sizeof group);
+    }
+
+    // The gain stage.
+    CGroup Scale(int channel, int group, const CGroup& samples) const {
+        using CBits [[gnu::vector_size(GroupFrames * sizeof(float))]] = std::int32_t;
+        const int gains = group * GroupFrames * m_Groups.m_GainsStride;
+        const CGroup scaled = LoadGroup(m_Groups.m_Gains[channel] + gains) * samples;
+        const CBits bits = reinterpret_cast<CBits>(scaled);
+        return reinterpret_cast<CGroup>(bits & ((bits & 0x7f800000) != 0));
+    }
+
+    // The input through matrix and gain.
+    typename L::CInput Read(int group) const {
+        const CGroup left = LoadGroup(m_Groups.m_Inputs[0] + group * GroupFrames);
+        const CGroup right = LoadGroup(m_Groups.m_Inputs[1] + group * GroupFrames);
+        const auto& [a, b, n] = m_Matrix;
+        if constexpr (HasMatrix)
+            return {Scale(0, group, (a * right + b * left) * 0.5f),
+                    Scale(1, group, (b * right - a * left) * 0.5f)};
+        else
+            return {Scale(0, group, left), Scale(1, group, right)};
+    }
+
+    void Write(int group, const F* given) {
+        const CGroup first = L::template Collect<0>(given);
+        const CGroup second = L::template Collect<1>(given);
+        m_State.m_Watch.See(first, second);
+        float* const left = m_Groups.m_Outputs[0] + group * GroupFrames;
+        float* const right = m_Groups.m_Outputs[1] + group * GroupFrames;
+        const auto& [a, b, n] = m_Matrix;
+        if constexpr (HasMatrix) {
+            StoreGroup(left, (b * first - a * second) * n);
+            StoreGroup(right, (b * second + a * first) * n);
+        } else {
+            StoreGroup(left, first);
+            StoreGroup(right, second);
+        }
+    }
+
     // Steady coefficients too are read for each frame: there are more of them than registers.
-    template <int K>
-    [[gnu::always_inline]] static void RunFrame(const SChainCoefficients& c,
-                                                const typename L::CInput& input, SState& s) {
-        const V x = L::template Feed<K>(input, s.m_Given[K]);
+    template <int K, int First, int Last>
+    [[gnu::always_inline]] static F RunFrame(const SChainCoefficients& c,
+                                             const typename L::CInput& input, SState& s) {
+        // Here and not where it was passed, which would hold up the recursion of the next group.
+        s.m_Watch.See(L::template SelectOrOne<First, Last>(s.m_Passed[K]));
+        const V x = L::template Feed<K>(input, s.m_Passed[K]);
         V y = L::Multiply(L::Load(c.m_b1), s.m_x1);
         y = L::Add(y, L::Multiply(L::Load(c.m_b2), s.m_x2));
         y = L::Add(y, L::Multiply(L::Load(c.m_b0), x));
         y = L::Add(y, L::Multiply(L::Load(c.m_a1), s.m_y1));
         y = L::Add(y, L::Multiply(L::Load(c.m_a2), s.m_y2));
-        s.m_Given[K] = L::Round(y);
+        F given = L::Round(y);
         if constexpr (Flushing)
-            L::Flush(s.m_Given[K], y);
+            L::Flush(given, y);
+        s.m_Passed[K] = L::Pass(given);
         s.m_x2 = s.m_x1;
         s.m_x1 = x;
         s.m_y2 = s.m_y1;
         s.m_y1 = y;
+        return given;
     }
 
-    // The chains of a section do the group that the section has reached.
-    [[gnu::always_inline]] static void RunStep(const SCascadeGroups& groups, int step,
-                                               int inputGroup, SState& s) {
-        const typename L::CInput input(groups.m_Inputs[0] + inputGroup * GroupFrames,
-                                       groups.m_Inputs[1] + inputGroup * GroupFrames);
-        const int stride = groups.m_CoefficientsStride;
-        const SChainCoefficients* const c = groups.m_Coefficients + step * GroupFrames * stride;
-        RunFrame<0>(c[0], input, s);
-        RunFrame<1>(c[stride], input, s);
-        RunFrame<2>(c[2 * stride], input, s);
-        RunFrame<3>(c[3 * stride], input, s);
-    }
-
-    [[gnu::always_inline]] static void Write(const SCascadeGroups& groups, int step,
-                                             const SState& s) {
-        const int frame = (step - (Sections - 1)) * GroupFrames;
-        L::Write(s.m_Given, groups.m_Outputs[0] + frame, groups.m_Outputs[1] + frame);
-    }
-
-    // Takes back what chains have done whose section hasn't begun or has ended.
-    [[gnu::always_inline]] static void RunPartialStep(const SCascadeGroups& groups, int step,
-                                                      SState& s) {
-        const int ended = step - groups.m_Groups;
-        const typename L::CMask running(ended < 0 ? 0 : ended + 1, step);
+    // The chains of the sections First to Last do the group that their section has reached; what
+    // the others do, which haven't begun or have ended, is taken back.
+    template <int First, int Last>
+    [[gnu::always_inline]] void RunStep(int step) {
+        SState& s = m_State;
         const V x1 = s.m_x1;
         const V x2 = s.m_x2;
         const V y1 = s.m_y1;
         const V y2 = s.m_y2;
         // Behind the end no section takes the input any more.
-        RunStep(groups, step, ended < 0 ? step : groups.m_Groups - 1, s);
-        s.m_x1 = L::Select(running, s.m_x1, x1);
-        s.m_x2 = L::Select(running, s.m_x2, x2);
-        s.m_y1 = L::Select(running, s.m_y1, y1);
-        s.m_y2 = L::Select(running, s.m_y2, y2);
-        F seen[GroupFrames];
-        for (int k = 0; k < GroupFrames; ++k)
-            seen[k] = L::SelectOrOne(running, s.m_Given[k]);
-        s.m_Watch.See(seen);
-        if (step >= Sections - 1)
-            Write(groups, step, s);
+        const typename L::CInput input = Read(First == 0 ? step : 0);
+        const int stride = m_Groups.m_CoefficientsStride;
+        const SChainCoefficients* const c = m_Groups.m_Coefficients + step * GroupFrames * stride;
+        const F given[GroupFrames] = {RunFrame<0, First, Last>(c[0], input, s),
+                                      RunFrame<1, First, Last>(c[stride], input, s),
+                                      RunFrame<2, First, Last>(c[2 * stride], input, s),
+                                      RunFrame<3, First, Last>(c[3 * stride], input, s)};
+        s.m_x1 = L::template Select<First, Last>(s.m_x1, x1);
+        s.m_x2 = L::template Select<First, Last>(s.m_x2, x2);
+        s.m_y1 = L::template Select<First, Last>(s.m_y1, y1);
+        s.m_y2 = L::template Select<First, Last>(s.m_y2, y2);
+        if constexpr (Last == Sections - 1)
+            Write(step - (Sections - 1), given);
     }
+
+    // A copy, which no store to the outputs can change.
+    const SCascadeGroups m_Groups;
+    const SMatrixFactors m_Matrix;
+    SState m_State;
 };
 
 // A version of the cascade.
 template <class L>
 bool RunCascadeWith(const SCascadeGroups& groups) {
-    return groups.m_Flushing ? TCascadeLoop<L, true>::Run(groups)
-                             : TCascadeLoop<L, false>::Run(groups);
+    if (groups.m_Matrix)
+        return groups.m_Flushing ? TCascadeLoop<L, true, true>::Run(groups)
+                                 : TCascadeLoop<L, false, true>::Run(groups);
+    return groups.m_Flushing ? TCascadeLoop<L, true, false>::Run(groups)
+                             : TCascadeLoop<L, false, false>::Run(groups);
 }
 
 } // namespace Lathe::Audio::DSP::Kernel

@@ -15,18 +15,19 @@ struct SLanes {
         float m_Chains[Chains];
     };
 
-    struct CMask {
-        CMask(int first, int last) : m_Begin(first * Channels), m_End((last + 1) * Channels) {}
-        bool Has(int chain) const { return chain >= m_Begin && chain < m_End; }
-        int m_Begin;
-        int m_End;
+    struct CPassed {
+        float m_Chains[Chains - Channels];
     };
 
     struct CWatch {
-        void See(const F* given) {
+        void See(const CPassed& passed) {
+            for (int i = 0; i < Chains - Channels; ++i)
+                m_Tiny[i % Channels] |= Filters::IsZeroOrDenormal(passed.m_Chains[i]);
+        }
+        void See(const CGroup& first, const CGroup& second) {
             for (int k = 0; k < GroupFrames; ++k) {
-                for (int i = 0; i < Chains; ++i)
-                    m_Tiny[i % Channels] |= Filters::IsZeroOrDenormal(given[k].m_Chains[i]);
+                m_Tiny[0] |= Filters::IsZeroOrDenormal(first[k]);
+                m_Tiny[1] |= Filters::IsZeroOrDenormal(second[k]);
             }
         }
         bool HasSeenTiny(const bool* isSilent) const {
@@ -36,13 +37,8 @@ struct SLanes {
     };
 
     struct CInput {
-        CInput(const float* first, const float* second) {
-            for (int k = 0; k < GroupFrames; ++k) {
-                m_Frames[k][0] = first[k];
-                m_Frames[k][1] = second[k];
-            }
-        }
-        float m_Frames[GroupFrames][Channels];
+        CInput(const CGroup& first, const CGroup& second) : m_Channels{first, second} {}
+        CGroup m_Channels[Channels];
     };
 
     static V Load(const double* from) {
@@ -80,29 +76,39 @@ struct SLanes {
         }
     }
     template <int K>
-    static V Feed(const CInput& input, const F& given) {
+    static V Feed(const CInput& input, const CPassed& passed) {
         V v;
         for (int i = 0; i < Chains; ++i)
-            v.m_Chains[i] = static_cast<double>(i < Channels ? input.m_Frames[K][i]
-                                                             : given.m_Chains[i - Channels]);
+            v.m_Chains[i] = static_cast<double>(i < Channels ? input.m_Channels[i][K]
+                                                             : passed.m_Chains[i - Channels]);
         return v;
     }
-    static void Write(const F* given, float* first, float* second) {
-        for (int k = 0; k < GroupFrames; ++k) {
-            first[k] = given[k].m_Chains[Chains - 2];
-            second[k] = given[k].m_Chains[Chains - 1];
+    static CPassed Pass(const F& given) {
+        CPassed passed;
+        for (int i = 0; i < Chains - Channels; ++i)
+            passed.m_Chains[i] = given.m_Chains[i];
+        return passed;
+    }
+    template <int Channel>
+    static CGroup Collect(const F* given) {
+        constexpr int chain = Chains - Channels + Channel;
+        return CGroup{given[0].m_Chains[chain], given[1].m_Chains[chain], given[2].m_Chains[chain],
+                      given[3].m_Chains[chain]};
+    }
+    template <int First, int Last>
+    static V Select(const V& yes, const V& no) {
+        V v = no;
+        for (int i = First * Channels; i < (Last + 1) * Channels; ++i)
+            v.m_Chains[i] = yes.m_Chains[i];
+        return v;
+    }
+    template <int First, int Last>
+    static CPassed SelectOrOne(CPassed passed) {
+        for (int i = 0; i < Chains - Channels; ++i) {
+            const int to = i / Channels + 1;
+            passed.m_Chains[i] = to >= First && to <= Last ? passed.m_Chains[i] : 1.0f;
         }
-    }
-    static V Select(const CMask& mask, const V& yes, const V& no) {
-        V v;
-        for (int i = 0; i < Chains; ++i)
-            v.m_Chains[i] = mask.Has(i) ? yes.m_Chains[i] : no.m_Chains[i];
-        return v;
-    }
-    static F SelectOrOne(const CMask& mask, F given) {
-        for (int i = 0; i < Chains; ++i)
-            given.m_Chains[i] = mask.Has(i) ? given.m_Chains[i] : 1.0f;
-        return given;
+        return passed;
     }
 };
 

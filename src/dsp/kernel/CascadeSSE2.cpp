@@ -18,58 +18,53 @@ struct SLanes {
         __m128 m_Sections[Sections];
     };
 
-    // The chains of the sections from the first to the last one.
-    struct CMask {
-        CMask(int first, int last) {
-            for (int s = 0; s < Sections; ++s)
-                m_Sections[s] = _mm_castsi128_pd(_mm_set1_epi32(s >= first && s <= last ? -1 : 0));
-        }
-        __m128d m_Sections[Sections];
-    };
+    // The first section's, then the second's.
+    using CPassed = __m128;
 
     // The least magnitudes.
     struct CWatch {
-        CWatch() {
-            for (__m128& least : m_Least)
-                least = _mm_set1_ps(1.0f);
-        }
-        void See(const F* given) {
-            for (int s = 0; s < Sections; ++s) {
-                See(s, _mm_movelh_ps(given[0].m_Sections[s], given[1].m_Sections[s]));
-                See(s, _mm_movelh_ps(given[2].m_Sections[s], given[3].m_Sections[s]));
-            }
-        }
-        // A NaN leaves the second operand.
-        void See(int section, __m128 given) {
-            const __m128 magnitude = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
-            m_Least[section] = _mm_min_ps(_mm_and_ps(given, magnitude), m_Least[section]);
+        void See(__m128 passed) { m_Passed = Least(m_Passed, passed); }
+        void See(__m128 first, __m128 second) {
+            m_First = Least(m_First, first);
+            m_Second = Least(m_Second, second);
         }
         bool HasSeenTiny(const bool* isSilent) const {
-            const __m128i isTiny =
-                IsTiny(_mm_min_ps(_mm_min_ps(m_Least[0], m_Least[1]), m_Least[2]));
-            const int ofInterest = (isSilent[0] ? 0 : 5) | (isSilent[1] ? 0 : 10);
-            return (_mm_movemask_ps(_mm_castsi128_ps(isTiny)) & ofInterest) != 0;
+            const int passed = GetTiny(m_Passed);
+            const bool first = (passed & 5) != 0 || GetTiny(m_First) != 0;
+            const bool second = (passed & 10) != 0 || GetTiny(m_Second) != 0;
+            return (first && !isSilent[0]) || (second && !isSilent[1]);
         }
-        __m128 m_Least[Sections];
+
+    private:
+        // A NaN leaves the second operand.
+        static __m128 Least(__m128 least, __m128 given) {
+            const __m128 magnitude = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
+            return _mm_min_ps(_mm_and_ps(given, magnitude), least);
+        }
+        // A bit for each lane that has seen an exponent of zero.
+        static int GetTiny(__m128 least) {
+            return _mm_movemask_ps(_mm_castsi128_ps(IsTiny(least)));
+        }
+
+        // Of both channels in turns; of each alone.
+        __m128 m_Passed = _mm_set1_ps(1.0f);
+        __m128 m_First = m_Passed;
+        __m128 m_Second = m_Passed;
     };
 
-    // The samples of both channels in turns, of frames 0 and 1 and of frames 2 and 3.
+    // Frames 0 and 1, and frames 2 and 3, of both channels in turns.
     struct CInput {
-        CInput(const float* first, const float* second) {
-            const __m128 a = _mm_loadu_ps(first);
-            const __m128 b = _mm_loadu_ps(second);
-            m_Pairs[0] = _mm_unpacklo_ps(a, b);
-            m_Pairs[1] = _mm_unpackhi_ps(a, b);
-        }
+        CInput(const CGroup& first, const CGroup& second)
+            : m_Pairs{_mm_unpacklo_ps(first, second), _mm_unpackhi_ps(first, second)} {}
         __m128 m_Pairs[2];
     };
 
     static V Load(const double* from) {
-        return {_mm_loadu_pd(from), _mm_loadu_pd(from + 2), _mm_loadu_pd(from + 4)};
+        return {_mm_load_pd(from), _mm_load_pd(from + 2), _mm_load_pd(from + 4)};
     }
     static void Store(double* to, const V& v) {
         for (int s = 0; s < Sections; ++s)
-            _mm_storeu_pd(to + Channels * s, v.m_Sections[s]);
+            _mm_store_pd(to + Channels * s, v.m_Sections[s]);
     }
     static V Multiply(const V& a, const V& b) {
         return {_mm_mul_pd(a.m_Sections[0], b.m_Sections[0]),
@@ -94,36 +89,35 @@ struct SLanes {
         }
     }
     template <int K>
-    static V Feed(const CInput& input, const F& given) {
+    static V Feed(const CInput& input, CPassed passed) {
         const __m128 pair = input.m_Pairs[K / 2];
-        return {_mm_cvtps_pd(K % 2 == 0 ? pair : _mm_movehl_ps(pair, pair)),
-                _mm_cvtps_pd(given.m_Sections[0]), _mm_cvtps_pd(given.m_Sections[1])};
+        return {_mm_cvtps_pd(K % 2 == 0 ? pair : _mm_movehl_ps(pair, pair)), _mm_cvtps_pd(passed),
+                _mm_cvtps_pd(_mm_movehl_ps(passed, passed))};
     }
-    static void Write(const F* given, float* first, float* second) {
+    static CPassed Pass(const F& given) {
+        return _mm_movelh_ps(given.m_Sections[0], given.m_Sections[1]);
+    }
+    template <int Channel>
+    static CGroup Collect(const F* given) {
         const __m128 early = _mm_movelh_ps(given[0].m_Sections[2], given[1].m_Sections[2]);
         const __m128 late = _mm_movelh_ps(given[2].m_Sections[2], given[3].m_Sections[2]);
-        _mm_storeu_ps(first, _mm_shuffle_ps(early, late, _MM_SHUFFLE(2, 0, 2, 0)));
-        _mm_storeu_ps(second, _mm_shuffle_ps(early, late, _MM_SHUFFLE(3, 1, 3, 1)));
+        return _mm_shuffle_ps(early, late, _MM_SHUFFLE(2 + Channel, Channel, 2 + Channel, Channel));
     }
-    static V Select(const CMask& mask, const V& yes, const V& no) {
-        V v;
-        for (int s = 0; s < Sections; ++s)
-            v.m_Sections[s] = Select(mask.m_Sections[s], yes.m_Sections[s], no.m_Sections[s]);
+    template <int First, int Last>
+    static V Select(const V& yes, const V& no) {
+        V v = no;
+        for (int s = First; s <= Last; ++s)
+            v.m_Sections[s] = yes.m_Sections[s];
         return v;
     }
-    static F SelectOrOne(const CMask& mask, const F& given) {
-        F f;
-        for (int s = 0; s < Sections; ++s)
-            f.m_Sections[s] =
-                _mm_castpd_ps(Select(mask.m_Sections[s], _mm_castps_pd(given.m_Sections[s]),
-                                     _mm_castps_pd(_mm_set1_ps(1.0f))));
-        return f;
+    template <int First, int Last>
+    static CPassed SelectOrOne(CPassed passed) {
+        const __m128 one = _mm_set1_ps(1.0f);
+        const __m128 lower = First <= 1 && Last >= 1 ? passed : one;
+        return _mm_shuffle_ps(lower, Last >= 2 ? passed : one, _MM_SHUFFLE(3, 2, 1, 0));
     }
 
 private:
-    static __m128d Select(__m128d mask, __m128d yes, __m128d no) {
-        return _mm_or_pd(_mm_and_pd(mask, yes), _mm_andnot_pd(mask, no));
-    }
     // All bits of the exponent are zero.
     static __m128i IsTiny(__m128 v) {
         const __m128i exponent = _mm_and_si128(_mm_castps_si128(v), _mm_set1_epi32(0x7f800000));
