@@ -13,7 +13,7 @@ public:
     virtual ~IDirty() = default;
 };
 
-class CDirty : public IDirty {
+class CDirty final : public IDirty {
 public:
     bool IsDirty() const LATHE_REALTIME override { return m_Dirty; }
     void ClearDirty() LATHE_REALTIME override { m_Dirty = false; }

@@ -18,4 +18,14 @@ inline void SinCos(double angle, double& sine, double& cosine) LATHE_REALTIME {
 #endif
 }
 
+struct SSinCos {
+    double m_Sin;
+    double m_Cos;
+};
+inline SSinCos SinCos(double angle) LATHE_REALTIME {
+    SSinCos result{};
+    SinCos(angle, result.m_Sin, result.m_Cos);
+    return result;
+}
+
 } // namespace Lathe::Math

@@ -1,12 +1,13 @@
 #include "dsp/PluginsFilters/CairnEQ.h"
 
-#include "core/SameBits.h"
 #include "datamodel/objects/text/LogPositionMapper.h"
 #include "datamodel/objects/text/ParamValueToText.h"
 #include "dsp/FilterProductInfo.h"
 #include "dsp/filters/ResponseCurves.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace PluginsFilters {
 
@@ -113,105 +114,59 @@ const CProcessInfo& GetMonoProcessInfo() {
 
 } // namespace
 
-CCairnEQ::SUserValues::SUserValues(const IConstParamsValues& values, const SUserValues& known)
-    : m_LowRatio(known.m_LowRatio), m_HighRatio(known.m_HighRatio) {
-    for (int param = 0; param < ParamsCount; ++param)
-        m_Values[param] = values.GetValue(param);
-    if (Lathe::Core::SameBits(m_Values[Bandwidth], known.m_Values[Bandwidth]))
-        return;
-    m_LowRatio = std::pow(2.0, -0.5 * m_Values[Bandwidth]);
-    m_HighRatio = std::pow(2.0, 0.5 * m_Values[Bandwidth]);
-}
-
-CCairnEQ::SUserValues::SUserValues(const IConstFilterProperties& properties,
-                                   const SUserValues& known)
-    : SUserValues(properties.GetParams(), known) {
-    const IConstDirtyFlags& flags = properties.GetDirty(Params);
-    for (int param = 0; param < ParamsCount; ++param)
-        m_Dirty |= flags.GetElement(param).IsDirty() ? 1u << param : 0u;
-}
-
-// A stage as the translation sees it.
-struct CCairnEQ::SStage {
-    int m_ParamsCount;
-    // For each parameter of the stage the user's that it is.
-    EParam m_Sources[3];
-    // Instead of that for the first one, where it isn't linear in its sources, frequency and
-    // bandwidth: its rate is taken from its start and end.
-    double (*m_GetFrequency)(const SUserValues& from, double sampleRate);
-
-    void Translate(const SUserValues& from, double sampleRate, IParamsValues& to) const {
-        for (int i = 0; i < m_ParamsCount; ++i)
-            to.SetValue(i, i == 0 && m_GetFrequency ? m_GetFrequency(from, sampleRate)
-                                                    : from.m_Values[m_Sources[i]]);
+// The stages as the translation sees them: for each parameter those of the user's that it is made
+// of, as bits, and how.
+struct CCairnEQ::SGainStage {
+    static constexpr unsigned Sources[] = {1u << Gain};
+    static constexpr bool IsShelf = false;
+    static Filters::CGain::CParams Translate(const SUserValues& from, double) {
+        return {from.m_Values[Gain]};
     }
-
-    void Fill(const SUserValues& from, double sampleRate, CFilterProperties& to) const {
-        to.SetParamsCount(m_ParamsCount);
-        Translate(from, sampleRate, to.GetParams());
-        for (int i = 0; i < m_ParamsCount; ++i) {
-            unsigned sources = 1u << m_Sources[i];
-            if (i == 0 && m_GetFrequency)
-                sources = 1u << Frequency | 1u << Bandwidth;
-            Core::IDirty& flag = to.GetDirty(Params).GetElement(i);
-            (from.m_Dirty & sources) != 0 ? flag.SetDirty() : flag.ClearDirty();
-        }
+};
+struct CCairnEQ::SPeakStage {
+    static constexpr unsigned Sources[] = {1u << Frequency, 1u << Bandwidth, 1u << Mid};
+    static constexpr bool IsShelf = false;
+    static Filters::CPeakFilter::CParams Translate(const SUserValues& from, double) {
+        return {from.m_Values[Frequency], from.m_Values[Bandwidth], from.m_Values[Mid]};
     }
-
-    void FillRates(const SChanges& changes, int order, double sampleRate, int samples,
-                   const CFilterPropertiesVariations& ends, CDynamicParamsValues& to) const;
-
-    static double GetLowFrequency(const SUserValues& from, double) {
-        return from.m_Values[Frequency] * from.m_LowRatio;
+};
+struct CCairnEQ::SLowShelfStage {
+    static constexpr unsigned Sources[] = {1u << Frequency | 1u << Bandwidth, 1u << Low};
+    static constexpr bool IsShelf = true;
+    static Filters::CShelfFilter::CParams Translate(const SUserValues& from, double) {
+        return {from.m_Values[Frequency] * from.m_Ratios.m_Low, from.m_Values[Low]};
     }
-    // Only this one can reach beyond the Nyquist frequency, and stays below it.
-    static double GetHighFrequency(const SUserValues& from, double sampleRate) {
+};
+struct CCairnEQ::SHighShelfStage {
+    static constexpr unsigned Sources[] = {1u << Frequency | 1u << Bandwidth, 1u << High};
+    static constexpr bool IsShelf = true;
+    // Only this frequency can reach beyond the Nyquist frequency, and stays below it.
+    static Filters::CShelfFilter::CParams Translate(const SUserValues& from, double sampleRate) {
         const double nyquist = 0.5 * sampleRate;
-        const double frequency = from.m_Values[Frequency] * from.m_HighRatio;
-        return frequency > nyquist ? nyquist - 20.0 : frequency;
+        const double frequency = from.m_Values[Frequency] * from.m_Ratios.m_High;
+        return {frequency > nyquist ? nyquist - 20.0 : frequency, from.m_Values[High]};
     }
-
-    static const SStage GainStage;
-    static const SStage PeakStage;
-    static const SStage LowShelfStage;
-    static const SStage HighShelfStage;
 };
 
-constexpr CCairnEQ::SStage CCairnEQ::SStage::GainStage = {1, {Gain}, nullptr};
-constexpr CCairnEQ::SStage CCairnEQ::SStage::PeakStage = {3, {Frequency, Bandwidth, Mid}, nullptr};
-constexpr CCairnEQ::SStage CCairnEQ::SStage::LowShelfStage = {
-    2, {Frequency, Low}, SStage::GetLowFrequency};
-constexpr CCairnEQ::SStage CCairnEQ::SStage::HighShelfStage = {
-    2, {Frequency, High}, SStage::GetHighFrequency};
+CCairnEQ::SShelfRatios CCairnEQ::GetShelfRatios(double bandwidth) {
+    return {std::pow(2.0, -0.5 * bandwidth), std::pow(2.0, 0.5 * bandwidth)};
+}
 
-// A block's changes, read once for all stages from whatever views they come through.
-struct CCairnEQ::SChanges {
-    SChanges(const IConstFilterPropertiesVariations& variations, const SUserValues& known)
-        : m_Start(variations.GetStart(), known),
-          m_End(variations.GetEnd(), m_Start),
-          m_Rates(variations.GetVariations(Params)) {}
+template <class TStage>
+bool CCairnEQ::SUserValues::IsDirty() const LATHE_REALTIME {
+    unsigned sources = 0;
+    for (const unsigned source : TStage::Sources)
+        sources |= source;
+    return (m_Dirty & sources) != 0;
+}
 
-    SUserValues m_Start;
-    SUserValues m_End;
-    const IConstRates& m_Rates;
-};
-
-void CCairnEQ::SStage::FillRates(const SChanges& changes, int order, double sampleRate, int samples,
-                                 const CFilterPropertiesVariations& ends,
-                                 CDynamicParamsValues& to) const {
-    to.SetCount(m_ParamsCount);
-    const IConstParamsValues& from = changes.m_Rates.GetElement(order);
-    if (m_GetFrequency && samples == 0) {
-        Translate(SUserValues(from, {}), sampleRate, to);
-        return;
-    }
-    for (int i = 0; i < m_ParamsCount; ++i)
-        to.SetValue(i, from.GetValue(m_Sources[i]));
-    if (m_GetFrequency) {
-        const double travel =
-            ends.GetEnd().GetParams().GetValue(0) - ends.GetStart().GetParams().GetValue(0);
-        to.SetValue(0, order == 0 ? travel / samples : 0.0);
-    }
+// In the order of the signal.
+template <class TVisit>
+void CCairnEQ::ForStages(TVisit visit) LATHE_REALTIME {
+    visit(SGainStage(), &CCairnEQ::m_Gain);
+    visit(SPeakStage(), &CCairnEQ::m_Peak);
+    visit(SLowShelfStage(), &CCairnEQ::m_LowShelf);
+    visit(SHighShelfStage(), &CCairnEQ::m_HighShelf);
 }
 
 CCairnEQ::CCairnEQ() : m_ProcessInfo(GetMonoProcessInfo()) {
@@ -317,16 +272,13 @@ bool CCairnEQ::UpdateOutputs() {
 
 void CCairnEQ::OnInputParamsChanged(const IConstParamsValues& values) {
     m_ParamsChanged = true;
-    const SUserValues users(values, {});
-    const auto apply = [&](const SStage& stage, auto& filter) {
-        m_StageParams.SetCount(stage.m_ParamsCount);
-        stage.Translate(users, m_SampleRate, m_StageParams);
-        filter.OnInputParamsChanged(m_StageParams);
-    };
-    apply(SStage::GainStage, m_Gain);
-    apply(SStage::PeakStage, m_Peak);
-    apply(SStage::LowShelfStage, m_LowShelf);
-    apply(SStage::HighShelfStage, m_HighShelf);
+    SUserValues users;
+    for (int param = 0; param < ParamsCount; ++param)
+        users.m_Values[param] = values.GetValue(param);
+    users.m_Ratios = m_KeptRatios.Get(users.m_Values[Bandwidth]);
+    ForStages([&](auto stage, auto filter) {
+        (this->*filter).SetParams(stage.Translate(users, m_SampleRate), this->*filter);
+    });
 }
 
 void CCairnEQ::OnSilence(int samples) {
@@ -363,28 +315,18 @@ void CCairnEQ::ProcessStreams(const IConstAudioStreams& inputs, IAudioStreams& o
     data.m_pInputs = &inputs;
     data.m_pOutputs = &outputs;
     data.m_SamplesCount = samples;
-    const auto run = [&](const SChanges* changes) {
-        const auto runStage = [&](const SStage& stage, auto& filter) {
-            data.m_pVariations = changes ? &Translate(*changes, stage, samples) : nullptr;
-            filter.Process(data);
-            data.m_pInputs = &outputs;
-        };
-        runStage(SStage::GainStage, m_Gain);
-        runStage(SStage::PeakStage, m_Peak);
-        runStage(SStage::LowShelfStage, m_LowShelf);
-        runStage(SStage::HighShelfStage, m_HighShelf);
-    };
-    if (!variations) {
-        run(nullptr);
-        return;
-    }
-    const SChanges changes(*variations, m_LastEnd);
-    NoteChanges(changes);
-    run(&changes);
+    if (variations)
+        ReadBlock(*variations, 0, samples, *this);
+    ForStages([&](auto stage, auto filter) {
+        data.m_pVariations = variations ? &Translate(stage) : nullptr;
+        (this->*filter).Process(data);
+        data.m_pInputs = &outputs;
+    });
 }
 
 void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
-                            const IConstFilterPropertiesVariations* variations, int samples) {
+                            const IConstFilterPropertiesVariations* variations, int samples,
+                            int firstParam, const CCairnEQ* twin) {
     m_SilentSamples = 0;
     channel.m_Gain = &m_Gain;
     channel.m_Sections[0] = &m_Peak;
@@ -392,45 +334,90 @@ void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
     channel.m_Sections[2] = &m_HighShelf;
     if (!variations)
         return;
-    const SChanges changes(*variations, m_LastEnd);
-    NoteChanges(changes);
-    const auto start = [&](const SStage& stage, auto& filter) {
-        return filter.StartBlock(Translate(changes, stage, samples));
+    const CCairnEQ& known = twin ? *twin : *this;
+    ReadBlock(*variations, firstParam, samples, known);
+    ForStages([&](auto stage, auto filter) { StartStage(stage, this->*filter, known.*filter); });
+    channel.m_GainOrders = m_Block.m_Orders;
+    // Without a sample rate the sections ignore what moves.
+    channel.m_SectionOrders = m_SampleRate != 0.0 ? m_Block.m_Orders : 0;
+}
+
+void CCairnEQ::EndCascade(const CCairnEQ* twin) {
+    const CCairnEQ& known = twin ? *twin : *this;
+    ForStages([&](auto stage, auto filter) {
+        if (m_Block.m_End.IsDirty<decltype(stage)>())
+            (this->*filter).SetParams(stage.Translate(m_Block.m_End, m_SampleRate), known.*filter);
+    });
+}
+
+void CCairnEQ::ReadBlock(const IConstFilterPropertiesVariations& variations, int firstParam,
+                         int samples, const CCairnEQ& known) {
+    const auto read = [&](const IConstFilterProperties& from, SUserValues& to) {
+        to.m_Dirty = from.ReadParams(firstParam, ParamsCount, to.m_Values);
+        to.m_Ratios = m_KeptRatios.Get(to.m_Values[Bandwidth], known.m_KeptRatios);
     };
-    channel.m_GainOrders = start(SStage::GainStage, m_Gain);
-    channel.m_SectionOrders = start(SStage::PeakStage, m_Peak);
-    start(SStage::LowShelfStage, m_LowShelf);
-    start(SStage::HighShelfStage, m_HighShelf);
+    read(variations.GetStart(), m_Block.m_Start);
+    read(variations.GetEnd(), m_Block.m_End);
+    m_ParamsChanged = m_ParamsChanged || (m_Block.m_Start.m_Dirty | m_Block.m_End.m_Dirty) != 0;
+
+    const IConstRates& rates = variations.GetVariations(Params);
+    m_Block.m_Samples = samples;
+    m_Block.m_Orders = std::min(rates.GetCount(), MaxRampOrders);
+    for (int order = 0; order < m_Block.m_Orders; ++order) {
+        const IConstParamsValues& from = rates.GetElement(order);
+        SUserValues& to = m_Block.m_Rates[order];
+        for (int param = 0; param < ParamsCount; ++param)
+            to.m_Values[param] = from.GetValue(firstParam + param);
+        // Else the rates of the shelves' frequencies are taken from start and end.
+        if (samples == 0)
+            to.m_Ratios = GetShelfRatios(to.m_Values[Bandwidth]);
+    }
 }
 
-void CCairnEQ::EndCascade() {
-    const auto end = [&](const SStage& stage, auto& filter) {
-        stage.Fill(m_LastEnd, m_SampleRate, m_StageVariations.GetEnd());
-        filter.SetInputValues(m_StageVariations.GetEnd());
+// A shelf's frequency isn't linear in its sources, and is made to move linearly.
+template <class TStage>
+auto CCairnEQ::TranslateRates(TStage stage, int order) const LATHE_REALTIME {
+    auto rates = stage.Translate(m_Block.m_Rates[order], m_SampleRate);
+    if (stage.IsShelf && m_Block.m_Samples != 0) {
+        const double travel = stage.Translate(m_Block.m_End, m_SampleRate)[0] -
+                              stage.Translate(m_Block.m_Start, m_SampleRate)[0];
+        rates[0] = order == 0 ? travel / m_Block.m_Samples : 0.0;
+    }
+    return rates;
+}
+
+template <class TStage, class TFilter>
+void CCairnEQ::StartStage(TStage stage, TFilter& filter, const TFilter& known) LATHE_REALTIME {
+    if (m_Block.m_Start.IsDirty<TStage>())
+        filter.SetParams(stage.Translate(m_Block.m_Start, m_SampleRate), known);
+    for (int order = 0; order < m_Block.m_Orders; ++order)
+        filter.SetRamp(order + 1, TranslateRates(stage, order), known);
+}
+
+template <class TStage>
+const IConstFilterPropertiesVariations& CCairnEQ::Translate(TStage stage) LATHE_REALTIME {
+    constexpr int count = std::size(TStage::Sources);
+    const auto store = [](const auto& from, CDynamicParamsValues& to) {
+        for (int i = 0; i < count; ++i)
+            to.SetValue(i, from[static_cast<std::size_t>(i)]);
     };
-    end(SStage::GainStage, m_Gain);
-    end(SStage::PeakStage, m_Peak);
-    end(SStage::LowShelfStage, m_LowShelf);
-    end(SStage::HighShelfStage, m_HighShelf);
-}
-
-void CCairnEQ::NoteChanges(const SChanges& changes) {
-    m_LastEnd = changes.m_End;
-    m_ParamsChanged = m_ParamsChanged || (changes.m_Start.m_Dirty | changes.m_End.m_Dirty) != 0;
-}
-
-const IConstFilterPropertiesVariations& CCairnEQ::Translate(const SChanges& changes,
-                                                            const SStage& stage, int samples) {
-    CFilterProperties& start = m_StageVariations.GetStart();
-    CFilterProperties& end = m_StageVariations.GetEnd();
-    stage.Fill(changes.m_Start, m_SampleRate, start);
-    stage.Fill(changes.m_End, m_SampleRate, end);
+    const auto fill = [&](const SUserValues& from, CFilterProperties& to) {
+        to.SetParamsCount(count);
+        store(stage.Translate(from, m_SampleRate), to.GetParams());
+        for (int i = 0; i < count; ++i) {
+            Core::IDirty& flag = to.GetDirty(Params).GetElement(i);
+            (from.m_Dirty & stage.Sources[i]) != 0 ? flag.SetDirty() : flag.ClearDirty();
+        }
+    };
+    fill(m_Block.m_Start, m_StageVariations.GetStart());
+    fill(m_Block.m_End, m_StageVariations.GetEnd());
 
     CFilterPropertiesVariations::CRates& rates = m_StageVariations.GetRates(Params);
-    const int orders = changes.m_Rates.GetCount();
-    rates.SetCount(orders);
-    for (int order = 0; order < orders; ++order)
-        stage.FillRates(changes, order, m_SampleRate, samples, m_StageVariations, rates[order]);
+    rates.SetCount(m_Block.m_Orders);
+    for (int order = 0; order < m_Block.m_Orders; ++order) {
+        rates[order].SetCount(count);
+        store(TranslateRates(stage, order), rates[order]);
+    }
     return m_StageVariations;
 }
 

@@ -11,6 +11,7 @@
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "math/FunctionsComposition.h"
 #include "math/FunctionsOperation.h"
+#include "math/KeptResult.h"
 
 namespace PluginsFilters {
 
@@ -38,11 +39,13 @@ public:
     }
     DSP::IDirtyFlags& GetOutputCurvesDirty() LATHE_REALTIME override { return m_OutputCurvesDirty; }
 
-    // For a cascade that runs this channel beside another.
+    // For a cascade that runs this channel beside another. The variations may be those of an
+    // enclosing filter, of whose parameters this channel's begin with firstParam. What a twin has
+    // computed already, for itself in the same block, is taken from there.
     void StartCascade(DSP::Kernel::SCascadeChannel& channel,
-                      const DSP::IConstFilterPropertiesVariations* variations, int samples)
-        LATHE_REALTIME;
-    void EndCascade() LATHE_REALTIME;
+                      const DSP::IConstFilterPropertiesVariations* variations, int samples,
+                      int firstParam = 0, const CCairnEQ* twin = nullptr) LATHE_REALTIME;
+    void EndCascade(const CCairnEQ* twin = nullptr) LATHE_REALTIME;
 
 protected:
     void OnInputParamsChanged(const DSP::IConstParamsValues& values) LATHE_REALTIME override;
@@ -54,30 +57,57 @@ protected:
         LATHE_REALTIME override;
 
 private:
-    // The parameters at one end of a block.
+    // Orders of ramp that the stages have room for.
+    static constexpr int MaxRampOrders = DSP::Filters::CBiquadFilter::MaxRampOrders;
+    static_assert(DSP::Filters::CGain::MaxRampOrders == MaxRampOrders);
+
+    // The frequencies of the shelves by that of the peak: half a bandwidth below and above it.
+    struct SShelfRatios {
+        double m_Low = 1.0;
+        double m_High = 1.0;
+    };
+    static SShelfRatios GetShelfRatios(double bandwidth) LATHE_REALTIME;
+
+    // The parameters at one end of a block, or their rates.
     struct SUserValues {
-        SUserValues() = default;
-        // What is the same at the known end is taken from there.
-        SUserValues(const DSP::IConstParamsValues& values, const SUserValues& known) LATHE_REALTIME;
-        SUserValues(const DSP::IConstFilterProperties& properties, const SUserValues& known)
-            LATHE_REALTIME;
+        // Whether any parameter of a stage is new.
+        template <class TStage>
+        bool IsDirty() const LATHE_REALTIME;
 
         double m_Values[6] = {};
-        // The frequencies of the shelves by that of the peak: half a bandwidth below and above it.
-        double m_LowRatio = 1.0;
-        double m_HighRatio = 1.0;
+        SShelfRatios m_Ratios;
         // As bits, the parameters that are new there.
         unsigned m_Dirty = 0;
     };
-    struct SChanges;
-    struct SStage;
+    // What changes in a block, read once for all stages from whatever views it comes through.
+    struct SBlock {
+        SUserValues m_Start;
+        SUserValues m_End;
+        SUserValues m_Rates[MaxRampOrders];
+        int m_Orders = 0;
+        int m_Samples = 0;
+    };
+
+    struct SGainStage;
+    struct SPeakStage;
+    struct SLowShelfStage;
+    struct SHighShelfStage;
 
     void WireOutputs();
     void WireResponses() LATHE_REALTIME;
-    void NoteChanges(const SChanges& changes) LATHE_REALTIME;
-    const DSP::IConstFilterPropertiesVariations& Translate(const SChanges& changes,
-                                                           const SStage& stage, int samples)
-        LATHE_REALTIME;
+    void ReadBlock(const DSP::IConstFilterPropertiesVariations& variations, int firstParam,
+                   int samples, const CCairnEQ& known) LATHE_REALTIME;
+    // Calls visit(stage, pointer to its member).
+    template <class TVisit>
+    static void ForStages(TVisit visit) LATHE_REALTIME;
+    // Of the block, as the stage's own rates.
+    template <class TStage>
+    auto TranslateRates(TStage stage, int order) const LATHE_REALTIME;
+    template <class TStage, class TFilter>
+    void StartStage(TStage stage, TFilter& filter, const TFilter& known) LATHE_REALTIME;
+    // The block as the stage's own variations.
+    template <class TStage>
+    const DSP::IConstFilterPropertiesVariations& Translate(TStage stage) LATHE_REALTIME;
 
     // Shared by all channels; held from construction, so that the audio thread never builds it.
     const DSP::CProcessInfo& m_ProcessInfo;
@@ -87,9 +117,10 @@ private:
     DSP::Filters::CHighShelfFilter m_HighShelf{1};
     // Scratch: the variations of the stage being run.
     DSP::CFilterPropertiesVariations m_StageVariations;
-    DSP::CDynamicParamsValues m_StageParams{3};
-    // Where the last block that changed something ended.
-    SUserValues m_LastEnd;
+    // Of the block being run, or of the last one that changed something.
+    SBlock m_Block;
+    // A block starts where the last one ended, and the bandwidth mostly rests.
+    Math::TKeptResult<SShelfRatios, &GetShelfRatios> m_KeptRatios;
 
     CoreUtilities::TPointersValueVector<Math::IFunction> m_OutputCurves{6};
     Math::TFunctionsOperation<&Math::FunctionsLibrary::Product> m_GainResponse;

@@ -57,28 +57,24 @@ public:
     }
 
     // As Process, within a matrix that may be null, with both channels in one cascade. False, and
-    // nothing is done, where the filters or the streams don't allow that.
-    bool ProcessTogether(const CFilterProcessData& data, const CMidSideMatrix* matrix)
-        LATHE_REALTIME {
+    // nothing is done, where the filters or the streams don't allow that. The variations may be
+    // those of an enclosing filter, of whose parameters this filter's begin with firstParam: views
+    // of views would cost more than what is read through them.
+    bool ProcessTogether(const CFilterProcessData& data, const CMidSideMatrix* matrix,
+                         int firstParam = 0) LATHE_REALTIME {
         if constexpr (Kernel::CascadeFilter<F>) {
             Kernel::CCascade cascade;
             if (!cascade.Aim(data))
                 return false;
-            CFilterPropertiesVariationsAdapter& variations = this->m_ProcessVariations;
-            if (data.m_pVariations)
-                variations.Attach(*data.m_pVariations);
-            for (int channel = 0; channel < Kernel::Channels; ++channel) {
-                F& filter = channel == 0 ? this->m_Left : this->m_Right;
-                if (data.m_pVariations)
-                    variations.SetChannel(filter, channel);
-                filter.StartCascade(cascade.GetChannel(channel),
-                                    data.m_pVariations ? &variations : nullptr,
-                                    data.m_SamplesCount);
-            }
+            const int params = this->m_Left.GetInputParamsInfo().GetCount();
+            this->m_Left.StartCascade(cascade.GetChannel(0), data.m_pVariations,
+                                      data.m_SamplesCount, firstParam);
+            this->m_Right.StartCascade(cascade.GetChannel(1), data.m_pVariations,
+                                       data.m_SamplesCount, firstParam + params, &this->m_Left);
             cascade.Run(matrix);
             if (data.m_pVariations) {
                 this->m_Left.EndCascade();
-                this->m_Right.EndCascade();
+                this->m_Right.EndCascade(&this->m_Left);
             }
             return true;
         } else {

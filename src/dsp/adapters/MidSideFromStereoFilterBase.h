@@ -221,10 +221,12 @@ private:
         m_ModeParamIndex = m_ModeLast ? m_InputParamsInfo.GetCount() - 1 : 0;
     }
 
+    int GetFirstStereoParam() const LATHE_REALTIME { return m_ModeLast ? 0 : 1; }
+
     // The inputs of the stereo filter within those of this one.
     template <class TAdapter>
     void LimitToStereo(TAdapter& adapter) const LATHE_REALTIME {
-        adapter.SetRange(Params, m_ModeLast ? 0 : 1, m_StereoParamsInfo.GetCount());
+        adapter.SetRange(Params, GetFirstStereoParam(), m_StereoParamsInfo.GetCount());
         adapter.SetRange(Strings, 0, m_InputStringsInfo.GetCount());
         adapter.SetRange(Curves, 0, m_InputCurvesInfo.GetCount());
         adapter.SetRange(Surfaces, 0, m_InputSurfacesInfo.GetCount());
@@ -248,8 +250,8 @@ private:
             if (StartModeRamp(data.m_pVariations) > 0)
                 return false;
             const CMidSideMatrix matrix(m_ModeRamp[0]);
-            if (!m_Stereo.ProcessTogether(WithStereoVariations(data),
-                                          matrix.IsIdentity() ? nullptr : &matrix))
+            if (!m_Stereo.ProcessTogether(data, matrix.IsIdentity() ? nullptr : &matrix,
+                                          GetFirstStereoParam()))
                 return false;
             if (data.m_pVariations)
                 SetModeValue(data.m_pVariations->GetEnd().GetParams(), 0);

@@ -4,7 +4,6 @@
 #include "dsp/filters/BiquadSample.h"
 #include "dsp/filters/ResponseCurves.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
-#include "math/FunctionsLibrary.h"
 #include "math/PlainFunction.h"
 
 #include <algorithm>

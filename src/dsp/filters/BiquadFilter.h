@@ -12,6 +12,9 @@
 #include "dsp/filters/BiquadCoefficients.h"
 #include "dsp/filters/ChannelCursors.h"
 #include "math/FunctionsComposition.h"
+#include "math/FunctionsLibrary.h"
+#include "math/KeptResult.h"
+#include "math/SinCos.h"
 
 #include <vector>
 
@@ -34,12 +37,12 @@ public:
 
     const SBiquadCoefficients& GetCoefficients() const LATHE_REALTIME { return m_Coefficients; }
 
-    // A block whose frames another walks through: StartBlock, then for some frames after the others
-    // either FilterSamples or the coefficients and the history, then SetInputValues of the end.
+    // A block whose frames another walks through: the section's SetParams of the start, if it is
+    // new, and SetRamp, then for some frames after the others either FilterSamples or the
+    // coefficients and the history, then SetParams of the end, if it is new.
 
-    // Applies the start values. Returns the orders of the ramp: with none, the
-    // coefficients hold for the whole block.
-    int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+    // Room for so many orders of ramp. With none, the coefficients hold for the whole block.
+    static constexpr int MaxRampOrders = 2;
     // The coefficients of the next frames of a ramp.
     virtual void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME = 0;
@@ -60,8 +63,8 @@ protected:
     explicit CBiquadFilter(int channels);
     CBiquadFilter(const CBiquadFilter& other);
 
-    // The first room is the current value, the others are ramp orders.
-    static constexpr int MaxRampOrders = 2;
+    using CKeptGain = Math::TKeptResult<double, &Math::FunctionsLibrary::FromdB>;
+    using CKeptTurn = Math::TKeptResult<Math::SSinCos, &Math::SinCos>;
 
     void OnInit(const CFilterInitInfo& info) override;
     void OnReset() LATHE_REALTIME override;
@@ -103,6 +106,8 @@ protected:
 
 private:
     void WireOutputs();
+    // Applies the start values. Returns the orders of the ramp.
+    int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
     void ProcessFrames(int samples, int rampOrders) LATHE_REALTIME;
     // Calls process(count, getCoefficients(i)) for the frames, in one part or several.
     template <class TProcess>

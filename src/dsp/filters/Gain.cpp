@@ -5,7 +5,6 @@
 #include "dsp/filters/Denormal.h"
 #include "dsp/filters/ResponseCurves.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
-#include "math/FunctionsLibrary.h"
 
 #include <algorithm>
 
@@ -62,6 +61,7 @@ CGain::CGain(const CGain& other)
       m_OutputChannels(other.m_OutputChannels),
       m_ProcessInfo(other.m_ProcessInfo),
       m_Gain(other.m_Gain),
+      m_KeptGains(other.m_KeptGains),
       m_GainFunction(other.m_GainFunction),
       m_PhaseFunction(other.m_PhaseFunction),
       m_OutputCurvesDirty(other.m_OutputCurvesDirty) {
@@ -89,8 +89,24 @@ bool CGain::UpdateOutputs() {
 }
 
 void CGain::OnInputParamsChanged(const IConstParamsValues& values) {
-    if (m_SampleRate != 0.0 && values.GetCount() == 1)
-        m_Gain[0] = static_cast<float>(Math::FunctionsLibrary::FromdB(values.GetValue(0)));
+    CParams params;
+    if (CopyAll(values, params))
+        SetParams(params, *this);
+}
+
+void CGain::SetParams(const CParams& params, const CGain& known) {
+    if (m_SampleRate != 0.0)
+        m_Gain[0] = ConvertGain(0, params[0], known);
+}
+
+// A slope in dB is a ratio per sample.
+void CGain::SetRamp(int order, const CParams& rates, const CGain& known) {
+    m_Gain[static_cast<std::size_t>(order)] = ConvertGain(order, rates[0], known);
+}
+
+float CGain::ConvertGain(int order, double dB, const CGain& known) {
+    const auto o = static_cast<std::size_t>(order);
+    return static_cast<float>(m_KeptGains[o].Get(dB, known.m_KeptGains[o]));
 }
 
 void CGain::ProcessBlock(const CFilterProcessData& data) {
@@ -105,18 +121,12 @@ void CGain::ProcessBlock(const CFilterProcessData& data) {
 
 int CGain::StartBlock(const IConstFilterPropertiesVariations& variations) {
     SetInputValues(variations.GetStart());
-    return SetRamp(variations);
-}
-
-int CGain::SetRamp(const IConstFilterPropertiesVariations& variations) {
     const IConstRates& rates = variations.GetVariations(Params);
     const int orders = std::min(rates.GetCount(), MaxRampOrders);
-    for (int order = 0; order < orders; ++order) {
-        const IConstParamsValues& rate = rates.GetElement(order);
-        // A slope in dB is a ratio per sample.
-        if (rate.GetCount() == 1)
-            m_Gain[static_cast<std::size_t>(order) + 1] =
-                static_cast<float>(Math::FunctionsLibrary::FromdB(rate.GetValue(0)));
+    for (int order = 1; order <= orders; ++order) {
+        CParams rate;
+        if (CopyAll(rates.GetElement(order - 1), rate))
+            SetRamp(order, rate, *this);
     }
     return orders;
 }

@@ -5,6 +5,8 @@
 #include "dsp/BaseCoreDSPFilter.h"
 #include "dsp/filters/ChannelCursors.h"
 #include "math/Constant.h"
+#include "math/FunctionsLibrary.h"
+#include "math/KeptResult.h"
 
 #include <array>
 
@@ -27,11 +29,18 @@ public:
     // One value, the gain in dB; ignored before Init and with any other number of values.
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
 
-    // A block whose frames another walks through: StartBlock, then for some samples after the
-    // others either the gains or ScaleSamples, then SetInputValues of the end.
+    // A block whose frames another walks through: SetParams of the start, if it is new, and the
+    // ramp, then for some samples after the others either the gains or ScaleSamples, then SetParams
+    // of the end, if it is new.
 
-    // Applies the start values. Returns the orders of the ramp.
-    int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+    using CParams = std::array<double, 1>;
+    // Room for so many orders of ramp.
+    static constexpr int MaxRampOrders = 2;
+    // As OnInputParamsChanged. What another gain has computed already is taken from there; it may
+    // be this one.
+    void SetParams(const CParams& params, const CGain& known) LATHE_REALTIME;
+    // Orders count from 1.
+    void SetRamp(int order, const CParams& rates, const CGain& known) LATHE_REALTIME;
     // The gain factors of the next samples. What they scale to zero or denormal is zero.
     void FillGains(float* gains, int count, int rampOrders) LATHE_REALTIME;
     // The next samples of one channel; the output may be the input.
@@ -42,12 +51,12 @@ protected:
     void ProcessBlock(const CFilterProcessData& data) LATHE_REALTIME override;
 
 private:
-    // Room for the gain and two orders of ramp.
-    static constexpr int MaxRampOrders = 2;
+    using CKeptGain = Math::TKeptResult<double, &Math::FunctionsLibrary::FromdB>;
 
     void WireOutputs();
-    // Returns the number of orders.
-    int SetRamp(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
+    float ConvertGain(int order, double dB, const CGain& known) LATHE_REALTIME;
+    // Applies the start values. Returns the orders of the ramp.
+    int StartBlock(const IConstFilterPropertiesVariations& variations) LATHE_REALTIME;
     void ProcessFrames(int samples, int rampOrders) LATHE_REALTIME;
 
     CChannelCursors m_Cursors;
@@ -56,6 +65,9 @@ private:
     CProcessInfo m_ProcessInfo;
     // The linear gain, followed by the ratio per sample of each ramp order.
     std::array<float, 1 + MaxRampOrders> m_Gain{1.0f, 1.0f, 1.0f};
+    // Of the last values of each order: a gain that rests is asked for again at each end of each
+    // block.
+    std::array<CKeptGain, 1 + MaxRampOrders> m_KeptGains;
 
     Math::CConstantFunction m_GainFunction{1.0};
     Math::CConstantFunction m_PhaseFunction{0.0};

@@ -2,7 +2,6 @@
 
 #include "dsp/FilterProductInfo.h"
 #include "dsp/filters/BiquadRamp.h"
-#include "math/FunctionsLibrary.h"
 
 namespace Lathe::Audio::DSP::Filters {
 
@@ -10,11 +9,9 @@ using DataModel::Objects::EParamType;
 
 namespace {
 
-constexpr int s_ParamsCount = 3;
-
 const CParamInfos& GetPeakParams() {
     static const CParamInfos params = [] {
-        CParamInfos infos(s_ParamsCount);
+        CParamInfos infos(3);
         infos[0] = CParamInfo(EParamType::Float, 20.0, 16000.0, 500.0, "Frequency", "Hz", "",
                               nullptr, nullptr);
         infos[1] = CParamInfo(EParamType::Float, static_cast<double>(0.01f), 5.0, 1.0, "Bandwidth",
@@ -65,23 +62,37 @@ const IConstFilterProductInfo& CPeakFilter::GetProductInfo() const {
 }
 
 void CPeakFilter::OnInputParamsChanged(const IConstParamsValues& values) {
-    if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
+    CParams params;
+    if (CopyAll(values, params))
+        SetParams(params, *this);
+}
+
+void CPeakFilter::SetParams(const CParams& params, const CPeakFilter& known) {
+    if (m_SampleRate == 0.0)
         return;
-    m_Ramp[0] = Convert(values);
-    const SValues& v = m_Ramp[0];
-    CTurn turn;
-    turn.Set(v.m_Omega);
-    SetCoefficients(ComputePeak(turn.GetSin(), turn.GetCos(), v.m_HalfBandwidth, v.m_A));
+    const SValues v = Convert(0, params, known);
+    const Math::SSinCos& turn = m_KeptTurn.Get(v.m_Omega, known.m_KeptTurn);
+    SetCoefficients(ComputePeak(turn.m_Sin, turn.m_Cos, v.m_HalfBandwidth, v.m_A));
+    m_Ramp[0] = v;
 }
 
 void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
-    m_Ramp[static_cast<std::size_t>(order)] =
-        rates.GetCount() == s_ParamsCount ? Convert(rates) : SValues();
+    CParams params;
+    if (CopyAll(rates, params))
+        SetRamp(order, params, *this);
+    else
+        m_Ramp[static_cast<std::size_t>(order)] = SValues();
 }
 
-CPeakFilter::SValues CPeakFilter::Convert(const IConstParamsValues& values) const {
-    return {values.GetValue(0) * m_InvSampleRate * 6.283185307179586, values.GetValue(1) * 0.5,
-            Math::FunctionsLibrary::FromdB(0.5 * values.GetValue(2))};
+void CPeakFilter::SetRamp(int order, const CParams& rates, const CPeakFilter& known) {
+    m_Ramp[static_cast<std::size_t>(order)] = Convert(order, rates, known);
+}
+
+CPeakFilter::SValues CPeakFilter::Convert(int order, const CParams& params,
+                                          const CPeakFilter& known) {
+    const auto o = static_cast<std::size_t>(order);
+    return {params[0] * m_InvSampleRate * 6.283185307179586, params[1] * 0.5,
+            m_KeptGains[o].Get(0.5 * params[2], known.m_KeptGains[o])};
 }
 
 void CPeakFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {

@@ -9,11 +9,18 @@ namespace Lathe::Audio::DSP::Filters {
 
 class CPeakFilter final : public CBiquadFilter {
 public:
+    using CParams = std::array<double, 3>;
+
     explicit CPeakFilter(int channels);
 
     CPeakFilter* Clone() const override { return new CPeakFilter(*this); }
     const IConstFilterProductInfo& GetProductInfo() const override;
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
+    // As OnInputParamsChanged. What another section has computed already is taken from there; it
+    // may be this one.
+    void SetParams(const CParams& params, const CPeakFilter& known) LATHE_REALTIME;
+    // Orders count from 1.
+    void SetRamp(int order, const CParams& rates, const CPeakFilter& known) LATHE_REALTIME;
     void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME override;
     void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
@@ -34,10 +41,14 @@ private:
         double m_A = 1.0;
     };
 
-    SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
+    SValues Convert(int order, const CParams& params, const CPeakFilter& known) LATHE_REALTIME;
 
     // The current values, followed by their ramp by order.
     std::array<SValues, 1 + MaxRampOrders> m_Ramp;
+    // Of the last parameters, and of their rates by order: those that rest are asked for again at
+    // each end of each block.
+    std::array<CKeptGain, 1 + MaxRampOrders> m_KeptGains;
+    CKeptTurn m_KeptTurn;
 };
 
 } // namespace Lathe::Audio::DSP::Filters

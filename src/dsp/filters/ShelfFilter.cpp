@@ -2,7 +2,6 @@
 
 #include "dsp/FilterProductInfo.h"
 #include "dsp/filters/BiquadRamp.h"
-#include "math/FunctionsLibrary.h"
 
 namespace Lathe::Audio::DSP::Filters {
 
@@ -10,12 +9,11 @@ using DataModel::Objects::EParamType;
 
 namespace {
 
-constexpr int s_ParamsCount = 2;
 constexpr double s_Sqrt2 = 1.4142135623730951;
 
 const CParamInfos& GetShelfParams() {
     static const CParamInfos params = [] {
-        CParamInfos infos(s_ParamsCount);
+        CParamInfos infos(2);
         infos[0] = CParamInfo(EParamType::Float, 10.0, 22000.0, 500.0, "Frequency", "Hz", "",
                               nullptr, nullptr);
         infos[1] =
@@ -73,20 +71,36 @@ CShelfFilter::CShelfFilter(int channels) : CBiquadFilter(channels) {
 }
 
 void CShelfFilter::OnInputParamsChanged(const IConstParamsValues& values) {
-    if (m_SampleRate == 0.0 || values.GetCount() != s_ParamsCount)
+    CParams params;
+    if (CopyAll(values, params))
+        SetParams(params, *this);
+}
+
+void CShelfFilter::SetParams(const CParams& params, const CShelfFilter& known) {
+    if (m_SampleRate == 0.0)
         return;
-    m_Ramp[0] = Convert(values);
-    SetCoefficients(ComputeCoefficients());
+    const SValues v = Convert(0, params, known);
+    SetCoefficients(ComputeCoefficients(m_KeptTurn.Get(v.m_Omega, known.m_KeptTurn), v.m_SqrtA));
+    m_Ramp[0] = v;
 }
 
 void CShelfFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
-    m_Ramp[static_cast<std::size_t>(order)] =
-        rates.GetCount() == s_ParamsCount ? Convert(rates) : SValues();
+    CParams params;
+    if (CopyAll(rates, params))
+        SetRamp(order, params, *this);
+    else
+        m_Ramp[static_cast<std::size_t>(order)] = SValues();
 }
 
-CShelfFilter::SValues CShelfFilter::Convert(const IConstParamsValues& values) const {
-    return {values.GetValue(0) * m_InvSampleRate * 6.283185307179586,
-            Math::FunctionsLibrary::FromdB(values.GetValue(1) * 0.25)};
+void CShelfFilter::SetRamp(int order, const CParams& rates, const CShelfFilter& known) {
+    m_Ramp[static_cast<std::size_t>(order)] = Convert(order, rates, known);
+}
+
+CShelfFilter::SValues CShelfFilter::Convert(int order, const CParams& params,
+                                            const CShelfFilter& known) {
+    const auto o = static_cast<std::size_t>(order);
+    return {params[0] * m_InvSampleRate * 6.283185307179586,
+            m_KeptGains[o].Get(params[1] * 0.25, known.m_KeptGains[o])};
 }
 
 const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
@@ -94,10 +108,9 @@ const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
     return info;
 }
 
-SBiquadCoefficients CLowShelfFilter::ComputeCoefficients() const {
-    CTurn turn;
-    turn.Set(m_Ramp[0].m_Omega);
-    return ComputeLowShelf(turn.GetSin(), turn.GetCos(), m_Ramp[0].m_SqrtA);
+SBiquadCoefficients CLowShelfFilter::ComputeCoefficients(const Math::SSinCos& turn,
+                                                         double sqrtA) const {
+    return ComputeLowShelf(turn.m_Sin, turn.m_Cos, sqrtA);
 }
 
 void CLowShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
@@ -115,10 +128,9 @@ const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
     return info;
 }
 
-SBiquadCoefficients CHighShelfFilter::ComputeCoefficients() const {
-    CTurn turn;
-    turn.Set(m_Ramp[0].m_Omega);
-    return ComputeHighShelf(turn.GetSin(), turn.GetCos(), m_Ramp[0].m_SqrtA);
+SBiquadCoefficients CHighShelfFilter::ComputeCoefficients(const Math::SSinCos& turn,
+                                                          double sqrtA) const {
+    return ComputeHighShelf(turn.m_Sin, turn.m_Cos, sqrtA);
 }
 
 void CHighShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {

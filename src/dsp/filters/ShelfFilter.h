@@ -9,7 +9,14 @@ namespace Lathe::Audio::DSP::Filters {
 
 class CShelfFilter : public CBiquadFilter {
 public:
+    using CParams = std::array<double, 2>;
+
     void OnInputParamsChanged(const IConstParamsValues& values) LATHE_REALTIME override;
+    // As OnInputParamsChanged. What another section has computed already is taken from there; it
+    // may be this one.
+    void SetParams(const CParams& params, const CShelfFilter& known) LATHE_REALTIME;
+    // Orders count from 1.
+    void SetRamp(int order, const CParams& rates, const CShelfFilter& known) LATHE_REALTIME;
 
 protected:
     struct SValues {
@@ -28,14 +35,20 @@ protected:
     explicit CShelfFilter(int channels);
 
     void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME override;
-    // From the current values.
-    virtual SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME = 0;
+    // From the sine and cosine of the angle.
+    virtual SBiquadCoefficients ComputeCoefficients(const Math::SSinCos& turn, double sqrtA) const
+        LATHE_REALTIME = 0;
 
     // The current values, followed by their ramp by order.
     std::array<SValues, 1 + MaxRampOrders> m_Ramp;
 
 private:
-    SValues Convert(const IConstParamsValues& values) const LATHE_REALTIME;
+    SValues Convert(int order, const CParams& params, const CShelfFilter& known) LATHE_REALTIME;
+
+    // Of the last parameters, and of their rates by order: those that rest are asked for again at
+    // each end of each block.
+    std::array<CKeptGain, 1 + MaxRampOrders> m_KeptGains;
+    CKeptTurn m_KeptTurn;
 };
 
 class CLowShelfFilter final : public CShelfFilter {
@@ -50,7 +63,8 @@ public:
                          int rampOrders) LATHE_REALTIME override;
 
 protected:
-    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
+    SBiquadCoefficients ComputeCoefficients(const Math::SSinCos& turn, double sqrtA) const
+        LATHE_REALTIME override;
 };
 
 class CHighShelfFilter final : public CShelfFilter {
@@ -65,7 +79,8 @@ public:
                          int rampOrders) LATHE_REALTIME override;
 
 protected:
-    SBiquadCoefficients ComputeCoefficients() const LATHE_REALTIME override;
+    SBiquadCoefficients ComputeCoefficients(const Math::SSinCos& turn, double sqrtA) const
+        LATHE_REALTIME override;
 };
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -46,7 +46,30 @@ void AssignDirtyItems(const TRefCountValues<V>& source, const IConstDirtyFlags& 
     }
 }
 
+// TFlags and TValues may be classes of their own, to which no call is virtual.
+template <class TValues, class TFlags>
+unsigned ReadParamsOf(const TValues& params, const TFlags& flags, int first, int count,
+                      double* values) {
+    unsigned dirty = 0;
+    for (int i = 0; i < count; ++i) {
+        values[i] = params.GetValue(first + i);
+        dirty |= static_cast<unsigned>(flags.GetElement(first + i).IsDirty()) << i;
+    }
+    return dirty;
+}
+
 } // namespace
+
+unsigned IConstFilterProperties::ReadParams(int first, int count, double* values) const {
+    const IConstParamsValues& params = GetParams();
+    const IConstDirtyFlags& flags = GetDirty(Params);
+    unsigned dirty = 0;
+    for (int i = 0; i < count; ++i) {
+        values[i] = params.GetValue(first + i);
+        dirty |= static_cast<unsigned>(flags.GetElement(first + i).IsDirty()) << i;
+    }
+    return dirty;
+}
 
 bool IsAnyDirty(const IConstFilterProperties& properties, int kind) {
     const IConstDirtyFlags& flags = properties.GetDirty(kind);
@@ -56,6 +79,17 @@ bool IsAnyDirty(const IConstFilterProperties& properties, int kind) {
             return true;
     }
     return false;
+}
+
+// As the base, on the vectors themselves, where no call is virtual.
+unsigned CFilterProperties::ReadParams(int first, int count, double* values) const {
+    const CDirtyFlags& flags = m_Dirty[Params];
+    unsigned dirty = 0;
+    for (int i = 0; i < count; ++i) {
+        values[i] = m_Params.GetValue(first + i);
+        dirty |= static_cast<unsigned>(flags[first + i].IsDirty()) << i;
+    }
+    return dirty;
 }
 
 void CFilterProperties::Setup(const IFilter& filter) {

@@ -24,6 +24,9 @@ public:
     // One flag a value of that kind.
     virtual const IConstDirtyFlags& GetDirty(int kind) const LATHE_REALTIME = 0;
     virtual ~IConstFilterProperties() = default;
+    // Copies some parameters, at most 32, and returns their flags as bits: what the vectors above
+    // give value by value, in one call for a filter that needs them all in each block.
+    virtual unsigned ReadParams(int first, int count, double* values) const LATHE_REALTIME;
 };
 
 bool IsAnyDirty(const IConstFilterProperties& properties, int kind) LATHE_REALTIME;
@@ -64,6 +67,7 @@ public:
     const IConstDirtyFlags& GetDirty(int kind) const LATHE_REALTIME override {
         return m_Dirty[static_cast<std::size_t>(kind)];
     }
+    unsigned ReadParams(int first, int count, double* values) const LATHE_REALTIME override;
 
     CDynamicParamsValues& GetParams() LATHE_REALTIME override { return m_Params; }
     CStrings& GetStrings() LATHE_REALTIME override { return m_Strings; }

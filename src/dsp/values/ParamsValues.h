@@ -5,6 +5,7 @@
 #include "core/containers/Vector.h"
 #include "core/containers/VectorMux.h"
 
+#include <array>
 #include <vector>
 
 namespace Lathe::Audio::DSP {
@@ -49,6 +50,16 @@ public:
 private:
     Core::TDynamicVector<double, Core::CStepGrowthStrategy, Core::TMemoryCopier> m_Values;
 };
+
+// False, and nothing is copied, when there are more or fewer values than that.
+template <std::size_t Count>
+bool CopyAll(const IConstParamsValues& values, std::array<double, Count>& to) LATHE_REALTIME {
+    if (values.GetCount() != static_cast<int>(Count))
+        return false;
+    for (std::size_t i = 0; i < Count; ++i)
+        to[i] = values.GetValue(static_cast<int>(i));
+    return true;
+}
 
 using CConstParamsValuesMux = CoreUtilities::TConstValueVectorMux<double>;
 
