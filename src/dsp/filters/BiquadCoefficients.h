@@ -6,7 +6,7 @@
 namespace Lathe::Audio::DSP::Filters {
 
 // y = b1 x1 + b2 x2 + b0 x + a1 y1 + a2 y2: the feedback coefficients are the negated ones of the
-// textbooks. Of one section, or with CDoublePair of the same section of two channels.
+// textbooks. Of one section, or of several side by side.
 template <class T>
 struct TBiquadCoefficients {
     T m_b0{};
@@ -17,31 +17,6 @@ struct TBiquadCoefficients {
 };
 using SBiquadCoefficients = TBiquadCoefficients<double>;
 inline constexpr SBiquadCoefficients IdentityCoefficients = {1.0, 0.0, 0.0, 0.0, 0.0};
-
-// Two channels side by side: arithmetic on both at once, with the results of each alone.
-using CDoublePair [[gnu::vector_size(2 * sizeof(double))]] = double;
-
-inline TBiquadCoefficients<CDoublePair> JoinCoefficients(const SBiquadCoefficients& first,
-                                                         const SBiquadCoefficients& second)
-    LATHE_REALTIME {
-    return {CDoublePair{first.m_b0, second.m_b0}, CDoublePair{first.m_b1, second.m_b1},
-            CDoublePair{first.m_b2, second.m_b2}, CDoublePair{first.m_a1, second.m_a1},
-            CDoublePair{first.m_a2, second.m_a2}};
-}
-inline SBiquadCoefficients GetChannel(const TBiquadCoefficients<CDoublePair>& c, int channel)
-    LATHE_REALTIME {
-    return {c.m_b0[channel], c.m_b1[channel], c.m_b2[channel], c.m_a1[channel], c.m_a2[channel]};
-}
-
-// One of two in both places.
-template <int Index>
-inline TBiquadCoefficients<CDoublePair> SpreadFrame(const TBiquadCoefficients<CDoublePair>& c)
-    LATHE_REALTIME {
-    const auto spread = [](const CDoublePair& pair) {
-        return CDoublePair{pair[Index], pair[Index]};
-    };
-    return {spread(c.m_b0), spread(c.m_b1), spread(c.m_b2), spread(c.m_a1), spread(c.m_a2)};
-}
 
 // The two previous inputs and outputs of a channel.
 struct SBiquadHistory {

@@ -20,6 +20,11 @@
 
 namespace Lathe::Audio::DSP::Filters {
 
+enum class ESectionFormula;
+struct SPairRamp;
+
+using CKeptTurn = Math::TKeptResult<Math::SSinCos, &Math::SinCos>;
+
 class CBiquadFilter : public CBaseCoreDSPFilter {
 public:
     CBiquadFilter& operator=(const CBiquadFilter&) = delete;
@@ -46,10 +51,16 @@ public:
     // The coefficients of the next frames of a ramp.
     virtual void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME = 0;
-    // The same for this and the section of another channel, which is of the same class and has as
-    // many orders: its coefficients stand one double behind this one's.
-    virtual void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
-                                 int rampOrders) LATHE_REALTIME = 0;
+    // Moves on by some frames, at most SPairRamp::MaxFrames, together with the section of another
+    // channel, which is of the same class and has as many orders. Gives the parameters of the
+    // frames behind the current one, and the formula that makes coefficients of them; the last ones
+    // have then to be set.
+    virtual ESectionFormula MovePair(CBiquadFilter& other, SPairRamp& to, int count, int rampOrders)
+        LATHE_REALTIME = 0;
+    void SetCoefficients(const SBiquadCoefficients& coefficients) LATHE_REALTIME {
+        m_Coefficients = coefficients;
+        m_CoefficientsChanged = true;
+    }
     const SBiquadHistory& GetHistory(int channel) const LATHE_REALTIME {
         return m_History[static_cast<std::size_t>(channel)];
     }
@@ -64,7 +75,6 @@ protected:
     CBiquadFilter(const CBiquadFilter& other);
 
     using CKeptGain = Math::TKeptResult<double, &Math::FunctionsLibrary::FromdB>;
-    using CKeptTurn = Math::TKeptResult<Math::SSinCos, &Math::SinCos>;
 
     void OnInit(const CFilterInitInfo& info) override;
     void OnReset() LATHE_REALTIME override;
@@ -74,23 +84,10 @@ protected:
     // nothing when their number is another.
     virtual void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME = 0;
 
-    // ComputeRamp and ComputePairRamp for the array of a section's values and its formula; see
-    // BiquadRamp.h.
+    // ComputeRamp for the array of a section's values and its formula; see BiquadRamp.h.
     template <class TRamp, class TFormula>
-    void FillRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders, TFormula formula)
-        LATHE_REALTIME;
-    template <class TRamp, class TFormula>
-    void FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp, SCoefficientsRoom room,
-                      int count, int rampOrders, TFormula formula) LATHE_REALTIME;
-    // Of two channels that are the same; the count is even.
-    template <class TRamp, class TFormula>
-    void FillAlikeRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders,
-                       TFormula formula) LATHE_REALTIME;
-
-    void SetCoefficients(const SBiquadCoefficients& coefficients) LATHE_REALTIME {
-        m_Coefficients = coefficients;
-        m_CoefficientsChanged = true;
-    }
+    void FillRamp(TRamp& ramp, const CKeptTurn& known, SCoefficientsRoom room, int count,
+                  int rampOrders, TFormula formula) LATHE_REALTIME;
 
     CChannelCursors m_Cursors;
     // A recomputation falls on the samples whose index has none of these bits: the ramp counts on

@@ -1,12 +1,12 @@
 // The coefficients of sections whose parameters move, for the sources of the sections.
 //
-// A section's values are a struct of doubles with an angle m_Omega and Step(rates). Its formula is
-// called as formula(sine, cosine, value), where value(member) is a member of the values: doubles
-// for one channel, pairs for two.
+// A section's values are a struct of doubles with an angle m_Omega, Step(rates) and
+// Store(to, index). Its formula is called as formula(turn, values).
 #pragma once
 
 #include "core/SameBits.h"
 #include "dsp/filters/BiquadFilter.h"
+#include "dsp/filters/PairRamp.h"
 #include "math/SinCos.h"
 
 namespace Lathe::Audio::DSP::Filters {
@@ -14,21 +14,27 @@ namespace Lathe::Audio::DSP::Filters {
 // The sine and cosine of an angle, which are computed when it moves.
 class CTurn {
 public:
-    void Set(double angle) LATHE_REALTIME {
-        if (m_IsSet && Core::SameBits(angle, m_Angle))
-            return;
-        m_IsSet = true;
-        m_Angle = angle;
-        Math::SinCos(angle, m_Sin, m_Cos);
+    CTurn(double angle, const CKeptTurn& known) LATHE_REALTIME {
+        if (const Math::SSinCos* turn = known.Find(angle)) {
+            m_IsSet = true;
+            m_Angle = angle;
+            m_Turn = *turn;
+        }
     }
-    double GetSin() const LATHE_REALTIME { return m_Sin; }
-    double GetCos() const LATHE_REALTIME { return m_Cos; }
+    const Math::SSinCos& Get(double angle) LATHE_REALTIME {
+        if (!m_IsSet || !Core::SameBits(angle, m_Angle)) {
+            m_IsSet = true;
+            m_Angle = angle;
+            // By way of a result of its own, so that this object needs no place in memory.
+            m_Turn = Math::SinCos(angle);
+        }
+        return m_Turn;
+    }
 
 private:
     bool m_IsSet = false;
     double m_Angle = 0.0;
-    double m_Sin = 0.0;
-    double m_Cos = 1.0;
+    Math::SSinCos m_Turn{};
 };
 
 // Moves on by a frame. Written out and not as a loop over the orders, which would keep the values
@@ -41,81 +47,64 @@ void StepRamp(TRamp& ramp, int rampOrders) LATHE_REALTIME {
 }
 
 template <class TRamp, class TFormula>
-void CBiquadFilter::FillRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders,
-                             TFormula formula) LATHE_REALTIME {
+void CBiquadFilter::FillRamp(TRamp& ramp, const CKeptTurn& known, SCoefficientsRoom room, int count,
+                             int rampOrders, TFormula formula) LATHE_REALTIME {
     SBiquadCoefficients coefficients = m_Coefficients;
     TRamp moving = ramp;
-    CTurn turn;
+    CTurn turn(moving[0].m_Omega, known);
     for (int i = 0; i < count; ++i) {
         room.Write(i, coefficients);
         StepRamp(moving, rampOrders);
-        turn.Set(moving[0].m_Omega);
-        coefficients =
-            formula(turn.GetSin(), turn.GetCos(), [&](auto member) { return moving[0].*member; });
+        coefficients = formula(turn.Get(moving[0].m_Omega), moving[0]);
     }
     ramp = moving;
     SetCoefficients(coefficients);
 }
 
-template <class TRamp, class TFormula>
-void CBiquadFilter::FillPairRamp(TRamp& ramp, CBiquadFilter& other, TRamp& otherRamp,
-                                 SCoefficientsRoom room, int count, int rampOrders,
-                                 TFormula formula) LATHE_REALTIME {
-    // Channels that are the same to the bit stay so.
-    if (Core::SameBits(ramp, otherRamp) && Core::SameBits(m_Coefficients, other.m_Coefficients)) {
-        FillAlikeRamp(ramp, room, count, rampOrders, formula);
-        otherRamp = ramp;
-        other.SetCoefficients(m_Coefficients);
-        return;
+// From the angles; those of the first frame are there already. An angle that rests, and one that is
+// the other channel's too, is not computed again.
+inline void FillTurns(SPairRamp& ramp, int count) LATHE_REALTIME {
+    for (int i = 2; i < 2 * (count + 1); ++i) {
+        const double omega = ramp.m_Omega[i];
+        int known = i;
+        if (Core::SameBits(omega, ramp.m_Omega[i - 2]))
+            known = i - 2;
+        else if (i % 2 == 1 && Core::SameBits(omega, ramp.m_Omega[i - 1]))
+            known = i - 1;
+        else
+            Math::SinCos(omega, ramp.m_Sin[i], ramp.m_Cos[i]);
+        ramp.m_Sin[i] = ramp.m_Sin[known];
+        ramp.m_Cos[i] = ramp.m_Cos[known];
     }
-    auto coefficients = JoinCoefficients(m_Coefficients, other.m_Coefficients);
+}
+
+// The work of MovePair. The turns are those of the angles that the ramps begin and end with.
+template <class TRamp>
+void FillPairRamp(TRamp& ramp, CKeptTurn& turn, TRamp& otherRamp, CKeptTurn& otherTurn,
+                  SPairRamp& to, int count, int rampOrders) LATHE_REALTIME {
     TRamp left = ramp;
     TRamp right = otherRamp;
-    CTurn leftTurn;
-    CTurn rightTurn;
-    for (int i = 0; i < count; ++i) {
-        room.Write(i, coefficients);
+    left[0].Store(to, 0);
+    right[0].Store(to, 1);
+    for (int i = 1; i <= count; ++i) {
         StepRamp(left, rampOrders);
-        leftTurn.Set(left[0].m_Omega);
+        left[0].Store(to, 2 * i);
         StepRamp(right, rampOrders);
-        rightTurn.Set(right[0].m_Omega);
-        coefficients =
-            formula(CDoublePair{leftTurn.GetSin(), rightTurn.GetSin()},
-                    CDoublePair{leftTurn.GetCos(), rightTurn.GetCos()}, [&](auto member) {
-                        return CDoublePair{left[0].*member, right[0].*member};
-                    });
+        right[0].Store(to, 2 * i + 1);
     }
     ramp = left;
     otherRamp = right;
-    SetCoefficients(GetChannel(coefficients, 0));
-    other.SetCoefficients(GetChannel(coefficients, 1));
-}
-
-// Two frames at once take the places of the two channels in the formula.
-template <class TRamp, class TFormula>
-void CBiquadFilter::FillAlikeRamp(TRamp& ramp, SCoefficientsRoom room, int count, int rampOrders,
-                                  TFormula formula) LATHE_REALTIME {
-    TRamp moving = ramp;
-    CTurn turn;
-    TBiquadCoefficients<CDoublePair> coefficients =
-        JoinCoefficients(m_Coefficients, m_Coefficients);
-    for (int i = 0; i < count; i += 2) {
-        room.Write(i, SpreadFrame<1>(coefficients));
-        StepRamp(moving, rampOrders);
-        turn.Set(moving[0].m_Omega);
-        const auto first = moving[0];
-        const double firstSin = turn.GetSin();
-        const double firstCos = turn.GetCos();
-        StepRamp(moving, rampOrders);
-        turn.Set(moving[0].m_Omega);
-        coefficients = formula(CDoublePair{firstSin, turn.GetSin()},
-                               CDoublePair{firstCos, turn.GetCos()}, [&](auto member) {
-                                   return CDoublePair{first.*member, moving[0].*member};
-                               });
-        room.Write(i + 1, SpreadFrame<0>(coefficients));
+    CKeptTurn* const turns[] = {&turn, &otherTurn};
+    for (int channel = 0; channel < 2; ++channel) {
+        const Math::SSinCos& first = turns[channel]->Get(to.m_Omega[channel]);
+        to.m_Sin[channel] = first.m_Sin;
+        to.m_Cos[channel] = first.m_Cos;
     }
-    ramp = moving;
-    SetCoefficients(GetChannel(coefficients, 1));
+    FillTurns(to, count);
+    for (int channel = 0; channel < 2; ++channel) {
+        const int last = 2 * count + channel;
+        turns[channel]->Set(to.m_Omega[last], {to.m_Sin[last], to.m_Cos[last]});
+    }
 }
 
 } // namespace Lathe::Audio::DSP::Filters

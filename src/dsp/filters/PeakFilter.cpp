@@ -2,6 +2,7 @@
 
 #include "dsp/FilterProductInfo.h"
 #include "dsp/filters/BiquadRamp.h"
+#include "dsp/filters/SectionFormulas.h"
 
 namespace Lathe::Audio::DSP::Filters {
 
@@ -23,28 +24,13 @@ const CParamInfos& GetPeakParams() {
     return params;
 }
 
-// The peaking section of the audio EQ cookbook (R. Bristow-Johnson), with 1/Q taken straight from
-// the bandwidth; from the square root of the linear gain.
-template <class T>
-inline TBiquadCoefficients<T> ComputePeak(T sinW, T cosW, T halfBandwidth, T a) {
-    const T alpha = sinW * halfBandwidth;
-    const T r = 1.0 / (alpha / a + 1.0);
-    TBiquadCoefficients<T> c;
-    c.m_b0 = (a * alpha + 1.0) * r;
-    c.m_b1 = -2.0 * cosW * r;
-    c.m_b2 = (1.0 - a * alpha) * r;
-    c.m_a1 = -c.m_b1;
-    c.m_a2 = (alpha / a - 1.0) * r;
-    return c;
-}
-
-// For CBiquadFilter::FillRamp.
-template <class SValues>
-constexpr auto PeakFormula = [](auto sinW, auto cosW, auto value) {
-    return ComputePeak(sinW, cosW, value(&SValues::m_HalfBandwidth), value(&SValues::m_A));
-};
-
 } // namespace
+
+inline void CPeakFilter::SValues::Store(SPairRamp& to, int index) const {
+    to.m_Omega[index] = m_Omega;
+    to.m_HalfBandwidth[index] = m_HalfBandwidth;
+    to.m_Root[index] = m_A;
+}
 
 inline void CPeakFilter::SValues::Step(const SValues& rates) {
     m_Omega += rates.m_Omega;
@@ -96,13 +82,17 @@ CPeakFilter::SValues CPeakFilter::Convert(int order, const CParams& params,
 }
 
 void CPeakFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
-    FillRamp(m_Ramp, room, count, rampOrders, PeakFormula<SValues>);
+    FillRamp(m_Ramp, m_KeptTurn, room, count, rampOrders,
+             [](const Math::SSinCos& turn, const SValues& v) {
+                 return ComputePeak(turn.m_Sin, turn.m_Cos, v.m_HalfBandwidth, v.m_A);
+             });
 }
 
-void CPeakFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
-                                  int rampOrders) {
-    FillPairRamp(m_Ramp, other, static_cast<CPeakFilter&>(other).m_Ramp, room, count, rampOrders,
-                 PeakFormula<SValues>);
+ESectionFormula CPeakFilter::MovePair(CBiquadFilter& other, SPairRamp& to, int count,
+                                      int rampOrders) {
+    auto& right = static_cast<CPeakFilter&>(other);
+    FillPairRamp(m_Ramp, m_KeptTurn, right.m_Ramp, right.m_KeptTurn, to, count, rampOrders);
+    return ESectionFormula::Peak;
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -23,8 +23,8 @@ public:
     void SetRamp(int order, const CParams& rates, const CPeakFilter& known) LATHE_REALTIME;
     void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME override;
-    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
-                         int rampOrders) LATHE_REALTIME override;
+    ESectionFormula MovePair(CBiquadFilter& other, SPairRamp& to, int count, int rampOrders)
+        LATHE_REALTIME override;
 
 protected:
     void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME override;
@@ -33,6 +33,7 @@ private:
     struct SValues {
         // Moves by a sample: the angle and the bandwidth by adding, the gain by its ratio.
         void Step(const SValues& rates) LATHE_REALTIME;
+        void Store(SPairRamp& to, int index) const LATHE_REALTIME;
 
         // Radians per sample.
         double m_Omega = 0.0;

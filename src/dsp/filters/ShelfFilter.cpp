@@ -2,14 +2,13 @@
 
 #include "dsp/FilterProductInfo.h"
 #include "dsp/filters/BiquadRamp.h"
+#include "dsp/filters/SectionFormulas.h"
 
 namespace Lathe::Audio::DSP::Filters {
 
 using DataModel::Objects::EParamType;
 
 namespace {
-
-constexpr double s_Sqrt2 = 1.4142135623730951;
 
 const CParamInfos& GetShelfParams() {
     static const CParamInfos params = [] {
@@ -23,48 +22,12 @@ const CParamInfos& GetShelfParams() {
     return params;
 }
 
-// Formulas of the audio EQ cookbook (R. Bristow-Johnson) with a slope of 1, from the angle and
-// the fourth root of the linear gain.
-
-template <class T>
-inline TBiquadCoefficients<T> ComputeLowShelf(T sinW, T cosW, T sqrtA) {
-    const T a = sqrtA * sqrtA;
-    const T beta = sinW * sqrtA * s_Sqrt2;
-    const T r = 1.0 / ((a + 1.0) + (a - 1.0) * cosW + beta);
-    TBiquadCoefficients<T> c;
-    c.m_b0 = a * ((a + 1.0) - (a - 1.0) * cosW + beta) * r;
-    c.m_b1 = 2.0 * a * ((a - 1.0) - (a + 1.0) * cosW) * r;
-    c.m_b2 = a * ((a + 1.0) - (a - 1.0) * cosW - beta) * r;
-    c.m_a1 = 2.0 * ((a - 1.0) + (a + 1.0) * cosW) * r;
-    c.m_a2 = -((a + 1.0) + (a - 1.0) * cosW - beta) * r;
-    return c;
-}
-
-template <class T>
-inline TBiquadCoefficients<T> ComputeHighShelf(T sinW, T cosW, T sqrtA) {
-    const T a = sqrtA * sqrtA;
-    const T beta = sinW * sqrtA * s_Sqrt2;
-    const T r = 1.0 / ((a + 1.0) - (a - 1.0) * cosW + beta);
-    TBiquadCoefficients<T> c;
-    c.m_b0 = a * ((a + 1.0) + (a - 1.0) * cosW + beta) * r;
-    c.m_b1 = -2.0 * a * ((a - 1.0) + (a + 1.0) * cosW) * r;
-    c.m_b2 = a * ((a + 1.0) + (a - 1.0) * cosW - beta) * r;
-    c.m_a1 = -2.0 * ((a - 1.0) - (a + 1.0) * cosW) * r;
-    c.m_a2 = -((a + 1.0) - (a - 1.0) * cosW - beta) * r;
-    return c;
-}
-
-// For CBiquadFilter::FillRamp.
-template <class SValues>
-constexpr auto LowShelfFormula = [](auto sinW, auto cosW, auto value) {
-    return ComputeLowShelf(sinW, cosW, value(&SValues::m_SqrtA));
-};
-template <class SValues>
-constexpr auto HighShelfFormula = [](auto sinW, auto cosW, auto value) {
-    return ComputeHighShelf(sinW, cosW, value(&SValues::m_SqrtA));
-};
-
 } // namespace
+
+inline void CShelfFilter::SValues::Store(SPairRamp& to, int index) const {
+    to.m_Omega[index] = m_Omega;
+    to.m_Root[index] = m_SqrtA;
+}
 
 CShelfFilter::CShelfFilter(int channels) : CBiquadFilter(channels) {
     m_InputParamsInfo = GetShelfParams();
@@ -103,6 +66,11 @@ CShelfFilter::SValues CShelfFilter::Convert(int order, const CParams& params,
             m_KeptGains[o].Get(params[1] * 0.25, known.m_KeptGains[o])};
 }
 
+void CShelfFilter::MoveShelves(CBiquadFilter& other, SPairRamp& to, int count, int rampOrders) {
+    auto& right = static_cast<CShelfFilter&>(other);
+    FillPairRamp(m_Ramp, m_KeptTurn, right.m_Ramp, right.m_KeptTurn, to, count, rampOrders);
+}
+
 const IConstFilterProductInfo& CLowShelfFilter::GetProductInfo() const {
     static const CFilterProductInfo info("Marrow Sound", "Low Shelf Filter", "1.0", "", "", 9, "");
     return info;
@@ -114,13 +82,16 @@ SBiquadCoefficients CLowShelfFilter::ComputeCoefficients(const Math::SSinCos& tu
 }
 
 void CLowShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
-    FillRamp(m_Ramp, room, count, rampOrders, LowShelfFormula<SValues>);
+    FillRamp(m_Ramp, m_KeptTurn, room, count, rampOrders,
+             [](const Math::SSinCos& turn, const SValues& v) {
+                 return ComputeLowShelf(turn.m_Sin, turn.m_Cos, v.m_SqrtA);
+             });
 }
 
-void CLowShelfFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room,
-                                      int count, int rampOrders) {
-    FillPairRamp(m_Ramp, other, static_cast<CLowShelfFilter&>(other).m_Ramp, room, count,
-                 rampOrders, LowShelfFormula<SValues>);
+ESectionFormula CLowShelfFilter::MovePair(CBiquadFilter& other, SPairRamp& to, int count,
+                                          int rampOrders) {
+    MoveShelves(other, to, count, rampOrders);
+    return ESectionFormula::LowShelf;
 }
 
 const IConstFilterProductInfo& CHighShelfFilter::GetProductInfo() const {
@@ -134,13 +105,16 @@ SBiquadCoefficients CHighShelfFilter::ComputeCoefficients(const Math::SSinCos& t
 }
 
 void CHighShelfFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
-    FillRamp(m_Ramp, room, count, rampOrders, HighShelfFormula<SValues>);
+    FillRamp(m_Ramp, m_KeptTurn, room, count, rampOrders,
+             [](const Math::SSinCos& turn, const SValues& v) {
+                 return ComputeHighShelf(turn.m_Sin, turn.m_Cos, v.m_SqrtA);
+             });
 }
 
-void CHighShelfFilter::ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room,
-                                       int count, int rampOrders) {
-    FillPairRamp(m_Ramp, other, static_cast<CHighShelfFilter&>(other).m_Ramp, room, count,
-                 rampOrders, HighShelfFormula<SValues>);
+ESectionFormula CHighShelfFilter::MovePair(CBiquadFilter& other, SPairRamp& to, int count,
+                                           int rampOrders) {
+    MoveShelves(other, to, count, rampOrders);
+    return ESectionFormula::HighShelf;
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -25,6 +25,7 @@ protected:
             m_Omega += rates.m_Omega;
             m_SqrtA *= rates.m_SqrtA;
         }
+        void Store(SPairRamp& to, int index) const LATHE_REALTIME;
 
         // Radians per sample.
         double m_Omega = 0.0;
@@ -39,8 +40,12 @@ protected:
     virtual SBiquadCoefficients ComputeCoefficients(const Math::SSinCos& turn, double sqrtA) const
         LATHE_REALTIME = 0;
 
+    // MovePair's work.
+    void MoveShelves(CBiquadFilter& other, SPairRamp& to, int count, int rampOrders) LATHE_REALTIME;
+
     // The current values, followed by their ramp by order.
     std::array<SValues, 1 + MaxRampOrders> m_Ramp;
+    CKeptTurn m_KeptTurn;
 
 private:
     SValues Convert(int order, const CParams& params, const CShelfFilter& known) LATHE_REALTIME;
@@ -48,7 +53,6 @@ private:
     // Of the last parameters, and of their rates by order: those that rest are asked for again at
     // each end of each block.
     std::array<CKeptGain, 1 + MaxRampOrders> m_KeptGains;
-    CKeptTurn m_KeptTurn;
 };
 
 class CLowShelfFilter final : public CShelfFilter {
@@ -59,8 +63,8 @@ public:
     const IConstFilterProductInfo& GetProductInfo() const override;
     void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME override;
-    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
-                         int rampOrders) LATHE_REALTIME override;
+    ESectionFormula MovePair(CBiquadFilter& other, SPairRamp& to, int count, int rampOrders)
+        LATHE_REALTIME override;
 
 protected:
     SBiquadCoefficients ComputeCoefficients(const Math::SSinCos& turn, double sqrtA) const
@@ -75,8 +79,8 @@ public:
     const IConstFilterProductInfo& GetProductInfo() const override;
     void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
         LATHE_REALTIME override;
-    void ComputePairRamp(CBiquadFilter& other, const SCoefficientsRoom& room, int count,
-                         int rampOrders) LATHE_REALTIME override;
+    ESectionFormula MovePair(CBiquadFilter& other, SPairRamp& to, int count, int rampOrders)
+        LATHE_REALTIME override;
 
 protected:
     SBiquadCoefficients ComputeCoefficients(const Math::SSinCos& turn, double sqrtA) const

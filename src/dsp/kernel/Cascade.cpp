@@ -4,6 +4,7 @@
 #include "dsp/adapters/MidSideMatrix.h"
 #include "dsp/filters/BiquadFilter.h"
 #include "dsp/filters/Gain.h"
+#include "dsp/filters/PairRamp.h"
 #include "dsp/kernel/CascadeVersions.h"
 
 #include <algorithm>
@@ -18,10 +19,24 @@ namespace {
 // those that move stay in the nearest cache.
 constexpr int s_SteadyChunk = 512;
 constexpr int s_MovingChunk = 128;
-// Of each section the coefficients begin one group later than those of the section before.
-constexpr int s_MovingRoom = s_MovingChunk + (Sections - 1) * GroupFrames;
+static_assert(s_MovingChunk <= Filters::SPairRamp::MaxFrames);
+// Of each section the coefficients begin one group later than those of the section before, and end
+// with those of the frame behind the chunk.
+constexpr int s_MovingRoom = s_MovingChunk + (Sections - 1) * GroupFrames + 1;
 
-constexpr int s_FrameStride = static_cast<int>(sizeof(SChainCoefficients) / sizeof(double));
+void StoreCoefficients(const Filters::SBiquadCoefficients& from, SChainCoefficients& to,
+                       int chain) {
+    to.m_b0[chain] = from.m_b0;
+    to.m_b1[chain] = from.m_b1;
+    to.m_b2[chain] = from.m_b2;
+    to.m_a1[chain] = from.m_a1;
+    to.m_a2[chain] = from.m_a2;
+}
+
+Filters::SBiquadCoefficients GetCoefficients(const SChainCoefficients& from, int chain) {
+    return {from.m_b0[chain], from.m_b1[chain], from.m_b2[chain], from.m_a1[chain],
+            from.m_a2[chain]};
+}
 
 // Where a section hasn't begun yet or has ended, a version reads coefficients all the same.
 void ClearEnds(SChainCoefficients* coefficients, int frames) {
@@ -122,23 +137,25 @@ void CCascade::StoreHistory(const SChainHistory& history) {
 }
 
 void CCascade::LoadCoefficients(SChainCoefficients& coefficients) const {
-    for (int i = 0; i < Chains; ++i) {
-        const Filters::SBiquadCoefficients& c =
-            m_Channels[i % Channels].m_Sections[i / Channels]->GetCoefficients();
-        coefficients.m_b0[i] = c.m_b0;
-        coefficients.m_b1[i] = c.m_b1;
-        coefficients.m_b2[i] = c.m_b2;
-        coefficients.m_a1[i] = c.m_a1;
-        coefficients.m_a2[i] = c.m_a2;
-    }
+    for (int i = 0; i < Chains; ++i)
+        StoreCoefficients(m_Channels[i % Channels].m_Sections[i / Channels]->GetCoefficients(),
+                          coefficients, i);
 }
 
 void CCascade::ComputeRamps(SChainCoefficients* coefficients, int count) {
+    Filters::SPairRamp ramp;
     for (int s = 0; s < Sections; ++s) {
-        double* const first = coefficients[s * GroupFrames].m_b0 + s * Channels;
-        m_Channels[0].m_Sections[s]->ComputePairRamp(*m_Channels[1].m_Sections[s],
-                                                     {first, s_FrameStride, Chains}, count,
-                                                     m_Channels[0].m_SectionOrders);
+        Filters::CBiquadFilter& left = *m_Channels[0].m_Sections[s];
+        Filters::CBiquadFilter& right = *m_Channels[1].m_Sections[s];
+        SChainCoefficients* const frames = coefficients + s * GroupFrames;
+        const int chain = Channels * s;
+        StoreCoefficients(left.GetCoefficients(), frames[0], chain);
+        StoreCoefficients(right.GetCoefficients(), frames[0], chain + 1);
+        const Filters::ESectionFormula formula =
+            left.MovePair(right, ramp, count, m_Channels[0].m_SectionOrders);
+        m_Version->m_ComputeSection({formula, &ramp, count, frames, chain});
+        left.SetCoefficients(GetCoefficients(frames[count], chain));
+        right.SetCoefficients(GetCoefficients(frames[count], chain + 1));
     }
 }
 

@@ -1,5 +1,6 @@
 // The cascade for processors with AVX2: the first section in a vector of two doubles, the other two
 // in one of four.
+#include "dsp/kernel/CascadeFormulas.h"
 #include "dsp/kernel/CascadeLoop.h"
 
 #if defined(__AVX2__)
@@ -11,6 +12,9 @@ namespace Lathe::Audio::DSP::Kernel {
 namespace {
 
 struct SLanes {
+    // Two frames.
+    using CDoubles [[gnu::vector_size(4 * sizeof(double))]] = double;
+
     struct V {
         V(__m128d first, __m256d rest) : m_First(first), m_Rest(rest) {}
         // Written out, since the compiler's own copies the padding too, by way of the stack.
@@ -128,6 +132,10 @@ private:
 
 bool RunCascadeAVX2(const SCascadeGroups& groups) {
     return RunCascadeWith<SLanes>(groups);
+}
+
+void ComputeSectionAVX2(const SSectionRamp& section) {
+    TCascadeFormulas<SLanes>::Compute(section);
 }
 
 } // namespace Lathe::Audio::DSP::Kernel

@@ -4,6 +4,11 @@
 
 #include "core/Realtime.h"
 
+namespace Lathe::Audio::DSP::Filters {
+enum class ESectionFormula;
+struct SPairRamp;
+} // namespace Lathe::Audio::DSP::Filters
+
 namespace Lathe::Audio::DSP::Kernel {
 
 constexpr int Channels = 2;
@@ -66,9 +71,25 @@ struct SCascadeGroups {
     SChainHistory* m_History;
 };
 
-// The versions. True when a sample was met that needs flushing.
+// Some frames of a section whose parameters move.
+struct SSectionRamp {
+    Filters::ESectionFormula m_Formula;
+    const Filters::SPairRamp* m_Ramp;
+    // Those behind the first one: whole groups.
+    int m_Frames;
+    // The coefficients of each frame, the first of which are there already, and of the section's
+    // two chains the first.
+    SChainCoefficients* m_To;
+    int m_Chain;
+};
+
+// The versions: a loop, which gives true when a sample was met that needs flushing, and the
+// formulas of the sections.
 bool RunCascadePortable(const SCascadeGroups& groups) LATHE_REALTIME;
+void ComputeSectionPortable(const SSectionRamp& section) LATHE_REALTIME;
 bool RunCascadeSSE2(const SCascadeGroups& groups) LATHE_REALTIME;
+void ComputeSectionSSE2(const SSectionRamp& section) LATHE_REALTIME;
 bool RunCascadeAVX2(const SCascadeGroups& groups) LATHE_REALTIME;
+void ComputeSectionAVX2(const SSectionRamp& section) LATHE_REALTIME;
 
 } // namespace Lathe::Audio::DSP::Kernel

@@ -1,4 +1,5 @@
 // The cascade for any processor, in plain arrays.
+#include "dsp/kernel/CascadeFormulas.h"
 #include "dsp/kernel/CascadeLoop.h"
 
 #include "dsp/filters/Denormal.h"
@@ -8,6 +9,8 @@ namespace Lathe::Audio::DSP::Kernel {
 namespace {
 
 struct SLanes {
+    using CDoubles [[gnu::vector_size(2 * sizeof(double))]] = double;
+
     struct V {
         double m_Chains[Chains];
     };
@@ -116,6 +119,10 @@ struct SLanes {
 
 bool RunCascadePortable(const SCascadeGroups& groups) {
     return RunCascadeWith<SLanes>(groups);
+}
+
+void ComputeSectionPortable(const SSectionRamp& section) {
+    TCascadeFormulas<SLanes>::Compute(section);
 }
 
 } // namespace Lathe::Audio::DSP::Kernel

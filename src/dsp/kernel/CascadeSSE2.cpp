@@ -1,4 +1,5 @@
 // The cascade for every x86-64 processor: the two channels of a section in one vector.
+#include "dsp/kernel/CascadeFormulas.h"
 #include "dsp/kernel/CascadeLoop.h"
 
 #if defined(__SSE2__)
@@ -10,6 +11,8 @@ namespace Lathe::Audio::DSP::Kernel {
 namespace {
 
 struct SLanes {
+    using CDoubles [[gnu::vector_size(2 * sizeof(double))]] = double;
+
     struct V {
         __m128d m_Sections[Sections];
     };
@@ -129,6 +132,10 @@ private:
 
 bool RunCascadeSSE2(const SCascadeGroups& groups) {
     return RunCascadeWith<SLanes>(groups);
+}
+
+void ComputeSectionSSE2(const SSectionRamp& section) {
+    TCascadeFormulas<SLanes>::Compute(section);
 }
 
 } // namespace Lathe::Audio::DSP::Kernel

@@ -14,10 +14,10 @@ bool HasAVX2() {
 #endif
 
 const SCascadeVersion s_Versions[] = {
-    {"portable", RunCascadePortable, true},
+    {"portable", RunCascadePortable, ComputeSectionPortable, true},
 #if defined(__x86_64__)
-    {"SSE2", RunCascadeSSE2, true},
-    {"AVX2", RunCascadeAVX2, HasAVX2()},
+    {"SSE2", RunCascadeSSE2, ComputeSectionSSE2, true},
+    {"AVX2", RunCascadeAVX2, ComputeSectionAVX2, HasAVX2()},
 #endif
 };
 

@@ -11,6 +11,7 @@ namespace Lathe::Audio::DSP::Kernel {
 struct SCascadeVersion {
     const char* m_Name;
     bool (*m_Run)(const SCascadeGroups& groups);
+    void (*m_ComputeSection)(const SSectionRamp& section);
     // Whether this processor can run it.
     bool m_IsSupported;
 };

@@ -295,7 +295,7 @@ TEST(Cascade, RunsWhereStreamsAllowIt) {
                                           ++g_Runs;
                                           return RunCascadePortable(groups);
                                       },
-                                      true};
+                                      ComputeSectionPortable, true};
     const struct {
         SBlock::ELayout m_Layout;
         bool m_IsSilence;

@@ -1,0 +1,70 @@
+// The loop over the frames of a ramp that gives a section its coefficients, which every version
+// compiles with lanes of its own.
+#pragma once
+
+#include "dsp/filters/PairRamp.h"
+#include "dsp/filters/SectionFormulas.h"
+#include "dsp/kernel/CascadeLanes.h"
+
+namespace Lathe::Audio::DSP::Kernel {
+
+// L stands in an unnamed namespace. Its member CDoubles is a vector of doubles: both channels of
+// one frame or of several.
+template <class L>
+class TCascadeFormulas {
+public:
+    static void Compute(const SSectionRamp& section) {
+        using Filters::ESectionFormula;
+        switch (section.m_Formula) {
+        case ESectionFormula::Peak:
+            return ForFrames(section, [](const Filters::SPairRamp& r, int i) {
+                return Filters::ComputePeak(Load(r.m_Sin + i), Load(r.m_Cos + i),
+                                            Load(r.m_HalfBandwidth + i), Load(r.m_Root + i));
+            });
+        case ESectionFormula::LowShelf:
+            return ForFrames(section, [](const Filters::SPairRamp& r, int i) {
+                return Filters::ComputeLowShelf(Load(r.m_Sin + i), Load(r.m_Cos + i),
+                                                Load(r.m_Root + i));
+            });
+        case ESectionFormula::HighShelf:
+            return ForFrames(section, [](const Filters::SPairRamp& r, int i) {
+                return Filters::ComputeHighShelf(Load(r.m_Sin + i), Load(r.m_Cos + i),
+                                                 Load(r.m_Root + i));
+            });
+        }
+    }
+
+private:
+    using T = typename L::CDoubles;
+    static constexpr int s_Frames = static_cast<int>(sizeof(T) / (Channels * sizeof(double)));
+    static_assert(GroupFrames % s_Frames == 0);
+
+    static T Load(const double* from) {
+        T values;
+        __builtin_memcpy(&values, from, sizeof values);
+        return values;
+    }
+
+    template <class TFormula>
+    static void ForFrames(const SSectionRamp& section, TFormula formula) {
+        for (int at = 0; at < section.m_Frames; at += s_Frames) {
+            const Filters::TBiquadCoefficients<T> c = formula(*section.m_Ramp, Channels * (1 + at));
+            for (int frame = 0; frame < s_Frames; ++frame) {
+                SChainCoefficients& to = section.m_To[1 + at + frame];
+                Store(to.m_b0 + section.m_Chain, c.m_b0, frame);
+                Store(to.m_b1 + section.m_Chain, c.m_b1, frame);
+                Store(to.m_b2 + section.m_Chain, c.m_b2, frame);
+                Store(to.m_a1 + section.m_Chain, c.m_a1, frame);
+                Store(to.m_a2 + section.m_Chain, c.m_a2, frame);
+            }
+        }
+    }
+
+    static void Store(double* to, const T& values, int frame) {
+        const char* const from =
+            reinterpret_cast<const char*>(&values) + frame * (Channels * sizeof(double));
+        __builtin_memcpy(to, from, Channels * sizeof(double));
+    }
+};
+
+} // namespace Lathe::Audio::DSP::Kernel
