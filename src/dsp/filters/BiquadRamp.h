@@ -61,21 +61,27 @@ void CBiquadFilter::FillRamp(TRamp& ramp, const CKeptTurn& known, SCoefficientsR
     SetCoefficients(coefficients);
 }
 
-// From the angles; those of the first frame are there already. An angle that rests, and one that is
-// the other channel's too, is not computed again.
-inline void FillTurns(SPairRamp& ramp, int count) LATHE_REALTIME {
-    for (int i = 2; i < 2 * (count + 1); ++i) {
-        const double omega = ramp.m_Omega[i];
-        int known = i;
-        if (Core::SameBits(omega, ramp.m_Omega[i - 2]))
-            known = i - 2;
-        else if (i % 2 == 1 && Core::SameBits(omega, ramp.m_Omega[i - 1]))
-            known = i - 1;
-        else
-            Math::SinCos(omega, ramp.m_Sin[i], ramp.m_Cos[i]);
-        ramp.m_Sin[i] = ramp.m_Sin[known];
-        ramp.m_Cos[i] = ramp.m_Cos[known];
+// Whether the angle stays where it is: what one order of ramp leaves in its place once, it leaves
+// there.
+template <class TRamp>
+bool RestsInPlace(TRamp ramp, int rampOrders) LATHE_REALTIME {
+    const double omega = ramp[0].m_Omega;
+    StepRamp(ramp, rampOrders);
+    return rampOrders == 1 && Core::SameBits(ramp[0].m_Omega, omega);
+}
+
+// Of an angle that is that of the frame before, or the other channel's too, they are there already.
+inline void FillTurn(SPairRamp& ramp, int i) LATHE_REALTIME {
+    const auto isAngleOf = [&](int other) {
+        return Core::SameBits(ramp.m_Omega[i], ramp.m_Omega[other]);
+    };
+    if (!isAngleOf(i - 2) && !(i % 2 == 1 && isAngleOf(i - 1))) {
+        Math::SinCos(ramp.m_Omega[i], ramp.m_Sin[i], ramp.m_Cos[i]);
+        return;
     }
+    const int known = isAngleOf(i - 2) ? i - 2 : i - 1;
+    ramp.m_Sin[i] = ramp.m_Sin[known];
+    ramp.m_Cos[i] = ramp.m_Cos[known];
 }
 
 // The work of MovePair. The turns are those of the angles that the ramps begin and end with.
@@ -84,27 +90,33 @@ void FillPairRamp(TRamp& ramp, CKeptTurn& turn, TRamp& otherRamp, CKeptTurn& oth
                   SPairRamp& to, int count, int rampOrders) LATHE_REALTIME {
     TRamp left = ramp;
     TRamp right = otherRamp;
+    const Math::SSinCos turns[] = {turn.Get(left[0].m_Omega), otherTurn.Get(right[0].m_Omega)};
     left[0].Store(to, 0);
     right[0].Store(to, 1);
-    for (int i = 1; i <= count; ++i) {
-        StepRamp(left, rampOrders);
-        left[0].Store(to, 2 * i);
-        StepRamp(right, rampOrders);
-        right[0].Store(to, 2 * i + 1);
+    to.StoreTurns(0, turns);
+    if (RestsInPlace(left, rampOrders) && RestsInPlace(right, rampOrders)) {
+        for (int i = 2; i < 2 * (count + 1); i += 2) {
+            StepRamp(left, rampOrders);
+            StepRamp(right, rampOrders);
+            left[0].Store(to, i);
+            right[0].Store(to, i + 1);
+            to.StoreTurns(i, turns);
+        }
+    } else {
+        for (int i = 2; i < 2 * (count + 1); i += 2) {
+            StepRamp(left, rampOrders);
+            left[0].Store(to, i);
+            FillTurn(to, i);
+            StepRamp(right, rampOrders);
+            right[0].Store(to, i + 1);
+            FillTurn(to, i + 1);
+        }
     }
     ramp = left;
     otherRamp = right;
-    CKeptTurn* const turns[] = {&turn, &otherTurn};
-    for (int channel = 0; channel < 2; ++channel) {
-        const Math::SSinCos& first = turns[channel]->Get(to.m_Omega[channel]);
-        to.m_Sin[channel] = first.m_Sin;
-        to.m_Cos[channel] = first.m_Cos;
-    }
-    FillTurns(to, count);
-    for (int channel = 0; channel < 2; ++channel) {
-        const int last = 2 * count + channel;
-        turns[channel]->Set(to.m_Omega[last], {to.m_Sin[last], to.m_Cos[last]});
-    }
+    const int last = 2 * count;
+    turn.Set(left[0].m_Omega, {to.m_Sin[last], to.m_Cos[last]});
+    otherTurn.Set(right[0].m_Omega, {to.m_Sin[last + 1], to.m_Cos[last + 1]});
 }
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -2,6 +2,8 @@
 // formula takes.
 #pragma once
 
+#include "math/SinCos.h"
+
 namespace Lathe::Audio::DSP::Filters {
 
 // Of each frame the one channel, then the other; the first frame is the one before those that are
@@ -18,6 +20,14 @@ struct SPairRamp {
     double m_Root[Room];
     // Of a peak.
     double m_HalfBandwidth[Room];
+
+    // Of a frame's two channels, of which the first has the index.
+    void StoreTurns(int index, const Math::SSinCos (&turns)[2]) LATHE_REALTIME {
+        for (int channel = 0; channel < 2; ++channel) {
+            m_Sin[index + channel] = turns[channel].m_Sin;
+            m_Cos[index + channel] = turns[channel].m_Cos;
+        }
+    }
 };
 
 } // namespace Lathe::Audio::DSP::Filters

@@ -47,15 +47,20 @@ private:
 
     template <class TFormula>
     static void ForFrames(const SSectionRamp& section, TFormula formula) {
-        for (int at = 0; at < section.m_Frames; at += s_Frames) {
-            const Filters::TBiquadCoefficients<T> c = formula(*section.m_Ramp, Channels * (1 + at));
+        // Copies, which no store to the coefficients can change.
+        const Filters::SPairRamp& ramp = *section.m_Ramp;
+        SChainCoefficients* const to = section.m_To;
+        const int frames = section.m_Frames;
+        const int chain = section.m_Chain;
+        for (int at = 1; at <= frames; at += s_Frames) {
+            const Filters::TBiquadCoefficients<T> c = formula(ramp, Channels * at);
             for (int frame = 0; frame < s_Frames; ++frame) {
-                SChainCoefficients& to = section.m_To[1 + at + frame];
-                Store(to.m_b0 + section.m_Chain, c.m_b0, frame);
-                Store(to.m_b1 + section.m_Chain, c.m_b1, frame);
-                Store(to.m_b2 + section.m_Chain, c.m_b2, frame);
-                Store(to.m_a1 + section.m_Chain, c.m_a1, frame);
-                Store(to.m_a2 + section.m_Chain, c.m_a2, frame);
+                SChainCoefficients& coefficients = to[at + frame];
+                Store(coefficients.m_b0 + chain, c.m_b0, frame);
+                Store(coefficients.m_b1 + chain, c.m_b1, frame);
+                Store(coefficients.m_b2 + chain, c.m_b2, frame);
+                Store(coefficients.m_a1 + chain, c.m_a1, frame);
+                Store(coefficients.m_a2 + chain, c.m_a2, frame);
             }
         }
     }
