@@ -332,6 +332,8 @@ void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
     channel.m_Sections[0] = &m_Peak;
     channel.m_Sections[1] = &m_LowShelf;
     channel.m_Sections[2] = &m_HighShelf;
+    channel.m_GainOrders = 0;
+    channel.m_SectionOrders = 0;
     if (!variations)
         return;
     const CCairnEQ& known = twin ? *twin : *this;
