@@ -87,7 +87,9 @@ public:
     explicit CRig(IFilter& filter, double sampleRate = 44100.0, int maxBlockSize = 20000)
         : m_Filter(filter) {
         if (sampleRate > 0.0)
-            filter.Init(sampleRate, {.m_ResetToDefaults = true, .m_MaxBlockSize = maxBlockSize});
+            filter.Init(sampleRate, {.m_ResetToDefaults = true,
+                                     .m_MaxBlockSize = maxBlockSize,
+                                     .m_MaxVariationsOrder = 2});
         m_Variations.Setup(filter, 1);
         m_Variations.GetEnd().SetDefaults(filter);
         m_Variations.Commit();
@@ -110,6 +112,16 @@ public:
         }
         m_Moves = true;
     }
+    // The next block starts elsewhere than where the last one has ended.
+    void Jump(const CValues& values, int first) {
+        for (double value : values) {
+            m_Variations.GetStart().GetParams().SetValue(first, value);
+            m_Variations.GetStart().GetDirty(Params).GetElement(first++).SetDirty();
+        }
+        m_Moves = true;
+    }
+    // Of the parameters that move over the next block.
+    void Accelerate(double secondRate) { m_SecondRate = secondRate; }
     // Without inputs, of silence, with the filter's answer.
     bool Process(const IConstAudioStreams* inputs, IAudioStreams& outputs, int samples) {
         CFilterProcessData data;
@@ -117,6 +129,8 @@ public:
         data.m_pOutputs = &outputs;
         data.m_SamplesCount = samples;
         m_Variations.ComputeRates(samples);
+        if (m_SecondRate != 0.0)
+            AddSecondOrder();
         data.m_pVariations = m_Moves ? &m_Variations : nullptr;
         const bool hasSignal = !inputs && m_Filter.ProcessSilence(data);
         if (inputs)
@@ -147,12 +161,25 @@ public:
 private:
     void Commit() {
         m_Variations.Commit();
+        m_Variations.GetStart().ClearDirty();
         m_Moves = false;
+        m_SecondRate = 0.0;
+    }
+    void AddSecondOrder() {
+        CFilterPropertiesVariations::CRates& rates = m_Variations.GetRates(Params);
+        if (rates.GetCount() == 0)
+            return;
+        rates.SetCount(2);
+        const int count = rates[0].GetCount();
+        rates[1].SetCount(count);
+        for (int i = 0; i < count; ++i)
+            rates[1].SetValue(i, rates[0].GetValue(i) != 0.0 ? m_SecondRate : 0.0);
     }
 
     IFilter& m_Filter;
     CFilterPropertiesVariations m_Variations;
     bool m_Moves = false;
+    double m_SecondRate = 0.0;
 };
 
 // The tolerance is relative to the highest sample of the channel. NaN fails.

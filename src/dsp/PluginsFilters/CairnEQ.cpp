@@ -153,7 +153,7 @@ CCairnEQ::SShelfRatios CCairnEQ::GetShelfRatios(double bandwidth) {
 }
 
 template <class TStage>
-bool CCairnEQ::SUserValues::IsDirty() const LATHE_REALTIME {
+bool CCairnEQ::SUserValues::IsDirty() const {
     unsigned sources = 0;
     for (const unsigned source : TStage::Sources)
         sources |= source;
@@ -162,7 +162,7 @@ bool CCairnEQ::SUserValues::IsDirty() const LATHE_REALTIME {
 
 // In the order of the signal.
 template <class TVisit>
-void CCairnEQ::ForStages(TVisit visit) LATHE_REALTIME {
+void CCairnEQ::ForStages(TVisit visit) {
     visit(SGainStage(), &CCairnEQ::m_Gain);
     visit(SPeakStage(), &CCairnEQ::m_Peak);
     visit(SLowShelfStage(), &CCairnEQ::m_LowShelf);
@@ -332,6 +332,8 @@ void CCairnEQ::StartCascade(Kernel::SCascadeChannel& channel,
     channel.m_Sections[0] = &m_Peak;
     channel.m_Sections[1] = &m_LowShelf;
     channel.m_Sections[2] = &m_HighShelf;
+    channel.m_GainOrders = 0;
+    channel.m_SectionOrders = 0;
     if (!variations)
         return;
     const CCairnEQ& known = twin ? *twin : *this;
@@ -376,7 +378,7 @@ void CCairnEQ::ReadBlock(const IConstFilterPropertiesVariations& variations, int
 
 // A shelf's frequency isn't linear in its sources, and is made to move linearly.
 template <class TStage>
-auto CCairnEQ::TranslateRates(TStage stage, int order) const LATHE_REALTIME {
+auto CCairnEQ::TranslateRates(TStage stage, int order) const {
     auto rates = stage.Translate(m_Block.m_Rates[order], m_SampleRate);
     if (stage.IsShelf && m_Block.m_Samples != 0) {
         const double travel = stage.Translate(m_Block.m_End, m_SampleRate)[0] -
@@ -387,7 +389,7 @@ auto CCairnEQ::TranslateRates(TStage stage, int order) const LATHE_REALTIME {
 }
 
 template <class TStage, class TFilter>
-void CCairnEQ::StartStage(TStage stage, TFilter& filter, const TFilter& known) LATHE_REALTIME {
+void CCairnEQ::StartStage(TStage stage, TFilter& filter, const TFilter& known) {
     if (m_Block.m_Start.IsDirty<TStage>())
         filter.SetParams(stage.Translate(m_Block.m_Start, m_SampleRate), known);
     for (int order = 0; order < m_Block.m_Orders; ++order)
@@ -395,7 +397,7 @@ void CCairnEQ::StartStage(TStage stage, TFilter& filter, const TFilter& known) L
 }
 
 template <class TStage>
-const IConstFilterPropertiesVariations& CCairnEQ::Translate(TStage stage) LATHE_REALTIME {
+const IConstFilterPropertiesVariations& CCairnEQ::Translate(TStage stage) {
     constexpr int count = std::size(TStage::Sources);
     const auto store = [](const auto& from, CDynamicParamsValues& to) {
         for (int i = 0; i < count; ++i)

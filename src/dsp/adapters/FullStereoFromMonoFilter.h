@@ -63,15 +63,14 @@ public:
     bool ProcessTogether(const CFilterProcessData& data, const CMidSideMatrix* matrix,
                          int firstParam = 0) LATHE_REALTIME {
         if constexpr (Kernel::CascadeFilter<F>) {
-            Kernel::CCascade cascade;
-            if (!cascade.Aim(data))
+            if (!m_Cascade.Aim(data))
                 return false;
-            const int params = this->m_Left.GetInputParamsInfo().GetCount();
-            this->m_Left.StartCascade(cascade.GetChannel(0), data.m_pVariations,
+            const int params = m_InputParamsInfo.GetCount() / Kernel::Channels;
+            this->m_Left.StartCascade(m_Cascade.GetChannel(0), data.m_pVariations,
                                       data.m_SamplesCount, firstParam);
-            this->m_Right.StartCascade(cascade.GetChannel(1), data.m_pVariations,
+            this->m_Right.StartCascade(m_Cascade.GetChannel(1), data.m_pVariations,
                                        data.m_SamplesCount, firstParam + params, &this->m_Left);
-            cascade.Run(matrix);
+            m_Cascade.Run(matrix);
             if (data.m_pVariations) {
                 this->m_Left.EndCascade();
                 this->m_Right.EndCascade(&this->m_Left);
@@ -124,6 +123,9 @@ private:
         this->m_Left.GetInputCurvesInfo()};
     TMonoToStereoInfo<CSurfaceInfo, IConstSurfaceInfo> m_InputSurfacesInfo{
         this->m_Left.GetInputSurfacesInfo()};
+    // Aimed anew in each block. Held, since making one would cost a third of what a short block
+    // without changes costs beyond its frames.
+    Kernel::CCascade m_Cascade;
 };
 
 } // namespace Lathe::Audio::DSP

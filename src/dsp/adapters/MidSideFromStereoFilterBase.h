@@ -67,6 +67,7 @@ public:
     }
     void Init(double sampleRate, const CFilterInitInfo& info) override {
         m_Stereo.Init(sampleRate, info);
+        CountChannels();
         m_Variations.Reserve(info.m_MaxVariationsOrder);
         if (info.m_ResetToDefaults) {
             CFilterProperties defaults;
@@ -115,13 +116,10 @@ public:
     int GetLatency() const LATHE_REALTIME override { return m_Stereo.GetLatency(); }
 
     void Process(const CFilterProcessData& data) LATHE_REALTIME override {
-        const IIOConfiguration& configuration = m_Stereo.GetCurrentIOConfiguration();
-        const int inputs = configuration.GetInputs().GetCount();
-        const int outputs = configuration.GetOutputs().GetCount();
-        if (!HasChannels(data, inputs, outputs) || ProcessTogether(data))
+        if (!HasChannels(data, m_Inputs, m_Outputs) || ProcessTogether(data))
             return;
         SizeScratch(data.m_SamplesCount);
-        if (inputs > 0) {
+        if (m_Inputs > 0) {
             const int orders = StartModeRamp(data.m_pVariations);
             EncodeMidSide(data.m_pInputs->GetElement(0), data.m_pInputs->GetElement(1),
                           m_Scratch[0].GetData(), m_Scratch[1].GetData(), data.m_SamplesCount,
@@ -130,20 +128,19 @@ public:
         CFilterProcessData stereoData = WithStereoVariations(data);
         stereoData.m_pInputs = &m_Scratch;
         m_Stereo.Process(stereoData);
-        Decode(data, outputs);
+        Decode(data);
     }
     bool ProcessSilence(const CFilterProcessData& data) LATHE_REALTIME override {
-        const int outputs = m_Stereo.GetCurrentIOConfiguration().GetOutputs().GetCount();
-        if (!HasChannels(data, 0, outputs))
+        if (!HasChannels(data, 0, m_Outputs))
             return false;
         if (!data.m_pVariations) {
             const bool hasSignal = m_Stereo.ProcessSilence(data);
             if (hasSignal || !CMidSideMatrix(m_ModeRamp[0]).KeepsZeros())
-                Decode(data, outputs);
+                Decode(data);
             return hasSignal;
         }
         const bool hasSignal = m_Stereo.ProcessSilence(WithStereoVariations(data));
-        Decode(data, outputs);
+        Decode(data);
         return hasSignal;
     }
     void Reset() LATHE_REALTIME override { m_Stereo.Reset(); }
@@ -219,6 +216,13 @@ private:
         else
             m_InputParamsInfo.Attach(m_ModeInfo, m_StereoParamsInfo);
         m_ModeParamIndex = m_ModeLast ? m_InputParamsInfo.GetCount() - 1 : 0;
+        CountChannels();
+    }
+
+    void CountChannels() {
+        const IIOConfiguration& configuration = m_Stereo.GetCurrentIOConfiguration();
+        m_Inputs = configuration.GetInputs().GetCount();
+        m_Outputs = configuration.GetOutputs().GetCount();
     }
 
     int GetFirstStereoParam() const LATHE_REALTIME { return m_ModeLast ? 0 : 1; }
@@ -278,8 +282,8 @@ private:
     }
 
     // The second pass of the matrix, after which the mode has its end value, silence or not.
-    void Decode(const CFilterProcessData& data, int outputs) LATHE_REALTIME {
-        if (outputs > 0) {
+    void Decode(const CFilterProcessData& data) LATHE_REALTIME {
+        if (m_Outputs > 0) {
             const int orders = StartModeRamp(data.m_pVariations);
             DecodeMidSide(data.m_pOutputs->GetElement(0), data.m_pOutputs->GetElement(1),
                           data.m_SamplesCount, m_ModeRamp, orders);
@@ -319,6 +323,9 @@ private:
     // Left/right until a value is set.
     CMatrixRamp m_ModeRamp{-1.0, 0.0, 0.0};
     int m_ModeParamIndex = 0;
+    // Channels of the current configuration, which nothing but Init changes.
+    int m_Inputs = 0;
+    int m_Outputs = 0;
     CoreUtilities::TCollection<CDynamicAudioStream, IAudioStream> m_Scratch{2};
     bool m_ModeLast;
 };

@@ -1,7 +1,5 @@
 #include "dsp/adapters/MidSideMatrix.h"
 
-#include "dsp/filters/Denormal.h"
-
 #include <algorithm>
 
 namespace Lathe::Audio::DSP {
@@ -14,16 +12,6 @@ void Advance(CMatrixRamp& ramp, int orders) {
 }
 
 } // namespace
-
-CMidSideMatrix::CMidSideMatrix(double parameter) {
-    float x = static_cast<float>(parameter);
-    if (Filters::IsZeroOrDenormal(x))
-        x = 0.0f;
-    m_IsIdentity = x == -1.0f;
-    m_a = 1.0f + x;
-    m_b = 1.0f - x;
-    m_n = 1.0f / (x * x + 1.0f);
-}
 
 void CMidSideMatrix::Encode(const float* left, const float* right, float* channel1, float* channel2,
                             int samples) const {

@@ -4,6 +4,7 @@
 
 #include "core/Realtime.h"
 #include "dsp/kernel/CascadeLanes.h"
+#include "dsp/filters/Denormal.h"
 #include "dsp/streams/AudioStream.h"
 
 #include <array>
@@ -17,7 +18,15 @@ using CMatrixRamp = std::array<double, 3>;
 // The matrix at one value of its parameter.
 class CMidSideMatrix {
 public:
-    explicit CMidSideMatrix(double parameter) LATHE_REALTIME;
+    explicit CMidSideMatrix(double parameter) LATHE_REALTIME {
+        float x = static_cast<float>(parameter);
+        if (Filters::IsZeroOrDenormal(x))
+            x = 0.0f;
+        m_IsIdentity = x == -1.0f;
+        m_a = 1.0f + x;
+        m_b = 1.0f - x;
+        m_n = 1.0f / (x * x + 1.0f);
+    }
 
     // Left and right are the channels. The formulas give that too, but would mix a NaN or an
     // infinity of one side into the other.

@@ -83,11 +83,10 @@ bool IsAnyDirty(const IConstFilterProperties& properties, int kind) {
 
 // As the base, on the vectors themselves, where no call is virtual.
 unsigned CFilterProperties::ReadParams(int first, int count, double* values) const {
-    const CDirtyFlags& flags = m_Dirty[Params];
     unsigned dirty = 0;
     for (int i = 0; i < count; ++i) {
-        values[i] = m_Params.GetValue(first + i);
-        dirty |= static_cast<unsigned>(flags[first + i].IsDirty()) << i;
+        values[i] = GetParam(first + i);
+        dirty |= static_cast<unsigned>(IsDirty(Params, first + i)) << i;
     }
     return dirty;
 }

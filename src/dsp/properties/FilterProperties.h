@@ -50,7 +50,7 @@ public:
     virtual IDirtyFlags& GetDirty(int kind) LATHE_REALTIME = 0;
 };
 
-class CFilterProperties : public IFilterProperties {
+class CFilterProperties final : public IFilterProperties {
 public:
     using CStrings = TRefCountValues<const char*>;
     using CCurves = TRefCountValues<const Math::IFunction&>;
@@ -77,6 +77,15 @@ public:
     IDirtyFlags& GetDirty(int kind) LATHE_REALTIME override {
         return m_Dirty[static_cast<std::size_t>(kind)];
     }
+
+    // As through the vectors above, without their virtual calls.
+    int GetCount(int kind) const LATHE_REALTIME {
+        return m_Dirty[static_cast<std::size_t>(kind)].GetCount();
+    }
+    bool IsDirty(int kind, int index) const LATHE_REALTIME {
+        return m_Dirty[static_cast<std::size_t>(kind)][index].IsDirty();
+    }
+    double GetParam(int index) const LATHE_REALTIME { return m_Params.GetValue(index); }
 
     // Sizes everything to the filter's inputs; values that stay keep their contents and flags.
     void Setup(const IFilter& filter);

@@ -29,7 +29,7 @@ void CFilterPropertiesVariations::Setup(const IFilter& filter, int maxOrder) {
     m_Start.Setup(filter);
     m_End.Setup(filter);
     for (int kind = 0; kind < InputKinds; ++kind)
-        m_Room[static_cast<std::size_t>(kind)] = GetInputsCount(kind);
+        m_Room[static_cast<std::size_t>(kind)] = m_pEnd->GetCount(kind);
     m_MaxOrder = std::max(maxOrder, 0);
     Reserve();
 }
@@ -52,26 +52,30 @@ void CFilterPropertiesVariations::ComputeRates(int samples) {
     const double perSample = samples != 0 ? 1.0 / samples : 0.0;
     for (int kind = 0; kind < InputKinds; ++kind) {
         CRates& rates = GetRates(kind);
-        if (!IsAnyDirty(*m_pEnd, kind)) {
+        if (!IsAnyDirty(kind)) {
             rates.SetCount(0);
             continue;
         }
-        const IConstDirtyFlags& dirty = GetEnd().GetDirty(kind);
-        const int count = GetInputsCount(kind);
+        const int count = m_pEnd->GetCount(kind);
         rates.SetCount(1);
         rates[0].SetCount(count);
-        for (int i = 0; i < count; ++i) {
-            double rate = 0.0;
-            if (dirty.GetElement(i).IsDirty()) {
-                rate =
-                    kind == Params
-                        ? (GetEnd().GetParams().GetValue(i) - GetStart().GetParams().GetValue(i)) *
-                              perSample
-                        : perSample;
-            }
-            rates[0].SetValue(i, rate);
-        }
+        for (int i = 0; i < count; ++i)
+            rates[0].SetValue(i, m_pEnd->IsDirty(kind, i) ? GetRate(kind, i, perSample) : 0.0);
     }
+}
+
+bool CFilterPropertiesVariations::IsAnyDirty(int kind) const {
+    const int count = m_pEnd->GetCount(kind);
+    for (int i = 0; i < count; ++i) {
+        if (m_pEnd->IsDirty(kind, i))
+            return true;
+    }
+    return false;
+}
+
+double CFilterPropertiesVariations::GetRate(int kind, int index, double perSample) const {
+    return kind == Params ? (m_pEnd->GetParam(index) - m_pStart->GetParam(index)) * perSample
+                          : perSample;
 }
 
 void CFilterPropertiesVariations::Commit() {

@@ -57,7 +57,8 @@ public:
 private:
     // Makes all the room that was asked for, whatever part of it is in use.
     void Reserve();
-    int GetInputsCount(int kind) const LATHE_REALTIME { return m_pEnd->GetDirty(kind).GetCount(); }
+    bool IsAnyDirty(int kind) const LATHE_REALTIME;
+    double GetRate(int kind, int index, double perSample) const LATHE_REALTIME;
 
     CFilterProperties m_Start;
     CFilterProperties m_End;

@@ -36,7 +36,7 @@ private:
 };
 
 // A growable vector without bounds checks.
-class CDynamicParamsValues : public IParamsValues {
+class CDynamicParamsValues final : public IParamsValues {
 public:
     explicit CDynamicParamsValues(int count = 0) { SetCount(count); }
 

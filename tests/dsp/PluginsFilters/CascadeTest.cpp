@@ -75,6 +75,9 @@ struct SBlock {
 
     CSignals m_Input;
     std::vector<std::pair<int, double>> m_Moves;
+    // What is new at the start already, of a ramp.
+    std::vector<std::pair<int, double>> m_Jumps;
+    double m_SecondRate = 0.0;
     ELayout m_Layout = Apart;
     bool m_IsRamp = false;
     bool m_IsSilence = false;
@@ -100,7 +103,11 @@ public:
         block.m_IsSilence = Chance(0.05);
         block.m_IsRamp = Chance(0.7);
         if (Chance(0.5))
-            MoveParams(block);
+            MoveParams(block.m_Moves);
+        if (block.m_IsRamp && Chance(0.2))
+            MoveParams(block.m_Jumps);
+        if (block.m_IsRamp && Chance(0.2))
+            block.m_SecondRate = m_Random.Between(-1e-6, 1e-6);
         return block;
     }
 
@@ -145,19 +152,19 @@ private:
     }
 
     // Some or all, both channels alike or each by itself, or the stereo mode.
-    void MoveParams(SBlock& block) {
+    void MoveParams(std::vector<std::pair<int, double>>& moves) {
         const double probability = Chance(0.3) ? 1.0 : m_Random.Between(0, 1);
         const bool alike = Chance(0.3);
         if (Chance(0.2))
-            block.m_Moves.emplace_back(0, Chance(0.8) ? Pick(2) : m_Random.Between(0, 1));
+            moves.emplace_back(0, Chance(0.8) ? Pick(2) : m_Random.Between(0, 1));
         for (int param = 1; param <= (alike ? 6 : 12); ++param) {
             if (!Chance(probability))
                 continue;
             const IConstParamInfo& info = m_Filter.GetInputParamsInfo().GetElement(param);
             const double value = info.GetPositionMapper().PositionToValue(m_Random.Between(0, 1));
-            block.m_Moves.emplace_back(param, value);
+            moves.emplace_back(param, value);
             if (alike)
-                block.m_Moves.emplace_back(param + 6, value);
+                moves.emplace_back(param + 6, value);
         }
     }
 
@@ -187,6 +194,11 @@ public:
             if (own >= 0)
                 block.m_IsRamp ? m_Rig.Move({value}, own) : m_Rig.Set({value}, own);
         }
+        for (const auto& [param, value] : block.m_Jumps) {
+            if (param >= m_FirstParam)
+                m_Rig.Jump({value}, param - m_FirstParam);
+        }
+        m_Rig.Accelerate(block.m_SecondRate);
         const int stride = block.m_Layout == SBlock::Strided ? 2 : 1;
         CBuffers inputs(block.m_Input, stride);
         CBuffers apart(2, block.GetSamples(), 0.5f, stride);

@@ -11,6 +11,17 @@ static bool IsDirty(const IConstFilterProperties& values, int kind, int index) {
     return values.GetDirty(kind).GetElement(index).IsDirty();
 }
 
+// Some read at once are those read one by one.
+static void CheckReadParams(const IConstFilterProperties& properties, int first, int count) {
+    double values[32] = {};
+    const unsigned flags = properties.ReadParams(first, count, values);
+    for (int i = 0; i < count; ++i) {
+        EXPECT_EQ(values[i], properties.GetParams().GetValue(first + i));
+        EXPECT_EQ((flags >> i & 1) != 0, IsDirty(properties, Params, first + i));
+    }
+    EXPECT_EQ(flags >> count, 0u);
+}
+
 TEST(FilterProperties, TakesDefaultsAndKeepsThemThroughSetup) {
     CFilterProperties values;
     // Larger, smaller and larger again: what comes back is new.
@@ -77,6 +88,8 @@ TEST(FilterPropertiesAdapter, SeesAllThenEachChannelThenARange) {
         for (int i = 0; i < source.GetEnd().GetDirty(kind).GetCount(); ++i) {
             Write(source.GetStart(), kind, i, i);
             Write(source.GetEnd(), kind, i, 3 * i);
+            if (i % 2 == 0)
+                source.GetEnd().GetDirty(kind).GetElement(i).ClearDirty();
         }
     }
     source.ComputeRates(10);
@@ -94,6 +107,10 @@ TEST(FilterPropertiesAdapter, SeesAllThenEachChannelThenARange) {
             EXPECT_EQ(&view.GetEnd().GetDirty(kind).GetElement(i),
                       &source.GetEnd().GetDirty(kind).GetElement(from));
             EXPECT_EQ(rates.GetValue(i), source.GetVariations(kind).GetElement(0).GetValue(from));
+        }
+        if (kind == Params) {
+            CheckReadParams(view.GetEnd(), 0, count);
+            CheckReadParams(source.GetEnd(), first, count);
         }
     };
     for (int kind = 0; kind < InputKinds; ++kind) {
