@@ -23,15 +23,6 @@ public:
             Compute(x);
         return m_Result;
     }
-    // Null where it isn't known.
-    const TResult* Find(double x) const LATHE_REALTIME {
-        return Core::SameBits(x, m_Argument) ? &m_Result : nullptr;
-    }
-    // One that was computed elsewhere.
-    void Set(double x, const TResult& result) LATHE_REALTIME {
-        m_Argument = x;
-        m_Result = result;
-    }
 
 private:
     // Apart, so that the callers stay small.

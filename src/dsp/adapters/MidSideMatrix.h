@@ -3,8 +3,8 @@
 #pragma once
 
 #include "core/Realtime.h"
-#include "dsp/kernel/CascadeLanes.h"
 #include "dsp/filters/Denormal.h"
+#include "dsp/kernel/CascadeLanes.h"
 #include "dsp/streams/AudioStream.h"
 
 #include <array>

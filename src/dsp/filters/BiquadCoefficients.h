@@ -26,20 +26,4 @@ struct SBiquadHistory {
     double m_y2 = 0.0;
 };
 
-// Where the coefficients of a ramp's frames go: those of a frame some doubles apart.
-struct SCoefficientsRoom {
-    template <class T>
-    void Write(int frame, const TBiquadCoefficients<T>& c) const LATHE_REALTIME {
-        double* to = m_First + frame * m_FrameStride;
-        for (const T& value : {c.m_b0, c.m_b1, c.m_b2, c.m_a1, c.m_a2}) {
-            __builtin_memcpy(to, &value, sizeof value);
-            to += m_CoefficientStride;
-        }
-    }
-
-    double* m_First;
-    int m_FrameStride;
-    int m_CoefficientStride;
-};
-
 } // namespace Lathe::Audio::DSP::Filters

@@ -3,6 +3,7 @@
 #include "core/Differs.h"
 #include "dsp/filters/BiquadSample.h"
 #include "dsp/filters/ResponseCurves.h"
+#include "dsp/filters/SectionFormulas.h"
 #include "dsp/properties/FilterPropertiesVariations.h"
 #include "math/PlainFunction.h"
 
@@ -26,12 +27,13 @@ const CCurveInfos& GetBiquadCurves() {
 
 } // namespace
 
-CBiquadFilter::CBiquadFilter(int channels)
+CBiquadFilter::CBiquadFilter(int channels, ESectionFormula formula)
     : m_Cursors(channels),
       m_InputChannels(channels),
       m_OutputChannels(channels),
       m_ProcessInfo(channels, channels),
-      m_History(static_cast<std::size_t>(channels)) {
+      m_History(static_cast<std::size_t>(channels)),
+      m_Formula(formula) {
     m_OutputCurvesInfo = GetBiquadCurves();
     WireOutputs();
 }
@@ -45,6 +47,10 @@ CBiquadFilter::CBiquadFilter(const CBiquadFilter& other)
       m_Coefficients(other.m_Coefficients),
       m_History(other.m_History),
       m_InvSampleRate(other.m_InvSampleRate),
+      m_Ramp(other.m_Ramp),
+      m_KeptGains(other.m_KeptGains),
+      m_Formula(other.m_Formula),
+      m_KeptTurn(other.m_KeptTurn),
       m_GainResponse(other.m_GainResponse),
       m_PhaseResponse(other.m_PhaseResponse),
       m_CoefficientsChanged(other.m_CoefficientsChanged),
@@ -141,14 +147,45 @@ void CBiquadFilter::ForFrames(int samples, int rampOrders, TProcess process) {
     }
     static_assert(m_RecomputeMask == 0);
     constexpr int chunk = 16;
-    double room[chunk][5];
+    SBiquadCoefficients coefficients[chunk];
     for (int at = 0; at < samples; at += chunk) {
         const int count = std::min(chunk, samples - at);
-        ComputeRamp({room[0], 5, 1}, count, rampOrders);
-        process(count, [&room](int i) {
-            return SBiquadCoefficients{room[i][0], room[i][1], room[i][2], room[i][3], room[i][4]};
-        });
+        ComputeRamp(coefficients, count, rampOrders);
+        process(count, [&coefficients](int i) { return coefficients[i]; });
     }
+}
+
+void CBiquadFilter::ComputeRamp(SBiquadCoefficients* to, int count, int rampOrders) {
+    SRampFrames frames;
+    FillFrames({m_Ramp, m_KeptTurn}, frames, count, rampOrders);
+    for (int i = 0; i < count; ++i) {
+        to[i] = m_Coefficients;
+        SetCoefficients(Compute({0.0, frames.m_Root[i], frames.m_HalfBandwidth[i]},
+                                {frames.m_Sin[i], frames.m_Cos[i]}));
+    }
+}
+
+void CBiquadFilter::MovePair(CBiquadFilter& other, SRampFrames& to, int count, int rampOrders) {
+    FillFrames({m_Ramp, m_KeptTurn}, {other.m_Ramp, other.m_KeptTurn}, to, count, rampOrders);
+}
+
+void CBiquadFilter::SetValues(const SSectionValues& values, const CBiquadFilter& known) {
+    SetCoefficients(Compute(values, m_KeptTurn.Get(values.m_Omega, known.m_KeptTurn)));
+    m_Ramp[0] = values;
+}
+
+SBiquadCoefficients CBiquadFilter::Compute(const SSectionValues& values,
+                                           const Math::SSinCos& turn) const {
+    const auto& [sine, cosine] = turn;
+    switch (m_Formula) {
+    case ESectionFormula::Peak:
+        return ComputePeak(sine, cosine, values.m_HalfBandwidth, values.m_Root);
+    case ESectionFormula::LowShelf:
+        return ComputeLowShelf(sine, cosine, values.m_Root);
+    case ESectionFormula::HighShelf:
+        break;
+    }
+    return ComputeHighShelf(sine, cosine, values.m_Root);
 }
 
 void CBiquadFilter::ProcessFrames(int samples, int rampOrders) {

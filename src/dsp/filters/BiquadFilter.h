@@ -11,19 +11,14 @@
 #include "dsp/algorithm/BiquadFrequencyResponse.h"
 #include "dsp/filters/BiquadCoefficients.h"
 #include "dsp/filters/ChannelCursors.h"
+#include "dsp/filters/SectionRamp.h"
 #include "math/FunctionsComposition.h"
-#include "math/FunctionsLibrary.h"
-#include "math/KeptResult.h"
-#include "math/SinCos.h"
 
 #include <vector>
 
 namespace Lathe::Audio::DSP::Filters {
 
 enum class ESectionFormula;
-struct SPairRamp;
-
-using CKeptTurn = Math::TKeptResult<Math::SSinCos, &Math::SinCos>;
 
 class CBiquadFilter : public CBaseCoreDSPFilter {
 public:
@@ -46,17 +41,13 @@ public:
     // new, and SetRamp, then for some frames after the others either FilterSamples or the
     // coefficients and the history, then SetParams of the end, if it is new.
 
-    // Room for so many orders of ramp. With none, the coefficients hold for the whole block.
-    static constexpr int MaxRampOrders = 2;
-    // The coefficients of the next frames of a ramp.
-    virtual void ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders)
-        LATHE_REALTIME = 0;
-    // Moves on by some frames, at most SPairRamp::MaxFrames, together with the section of another
-    // channel, which is of the same class and has as many orders. Gives the parameters of the
-    // frames behind the current one, and the formula that makes coefficients of them; the last ones
-    // have then to be set.
-    virtual ESectionFormula MovePair(CBiquadFilter& other, SPairRamp& to, int count, int rampOrders)
-        LATHE_REALTIME = 0;
+    // With no orders of ramp, the coefficients hold for the whole block.
+    static constexpr int MaxRampOrders = Filters::MaxRampOrders;
+    // Moves on by some frames, at most SRampFrames::MaxFrames, together with the section of another
+    // channel, which has the same formula and as many orders. Gives what the formula takes for the
+    // frames behind the current one; the coefficients of the last have then to be set.
+    void MovePair(CBiquadFilter& other, SRampFrames& to, int count, int rampOrders) LATHE_REALTIME;
+    ESectionFormula GetFormula() const LATHE_REALTIME { return m_Formula; }
     void SetCoefficients(const SBiquadCoefficients& coefficients) LATHE_REALTIME {
         m_Coefficients = coefficients;
         m_CoefficientsChanged = true;
@@ -71,10 +62,8 @@ public:
     void FilterSamples(const float* input, float* output, int count, int rampOrders) LATHE_REALTIME;
 
 protected:
-    explicit CBiquadFilter(int channels);
+    CBiquadFilter(int channels, ESectionFormula formula);
     CBiquadFilter(const CBiquadFilter& other);
-
-    using CKeptGain = Math::TKeptResult<double, &Math::FunctionsLibrary::FromdB>;
 
     void OnInit(const CFilterInitInfo& info) override;
     void OnReset() LATHE_REALTIME override;
@@ -84,10 +73,9 @@ protected:
     // nothing when their number is another.
     virtual void SetRampOrder(int order, const IConstParamsValues& rates) LATHE_REALTIME = 0;
 
-    // ComputeRamp for the array of a section's values and its formula; see BiquadRamp.h.
-    template <class TRamp, class TFormula>
-    void FillRamp(TRamp& ramp, const CKeptTurn& known, SCoefficientsRoom room, int count,
-                  int rampOrders, TFormula formula) LATHE_REALTIME;
+    // What the ramp begins with. What another section has computed already is taken from there; it
+    // may be this one.
+    void SetValues(const SSectionValues& values, const CBiquadFilter& known) LATHE_REALTIME;
 
     CChannelCursors m_Cursors;
     // A recomputation falls on the samples whose index has none of these bits: the ramp counts on
@@ -100,6 +88,10 @@ protected:
     std::vector<SBiquadHistory> m_History;
     // Seconds; 0.0 when the rate is 0.
     double m_InvSampleRate = 0.0;
+    CSectionRamp m_Ramp;
+    // Of the last parameters, and of their rates by order: those that rest are asked for again at
+    // each end of each block.
+    std::array<CKeptGain, 1 + MaxRampOrders> m_KeptGains;
 
 private:
     void WireOutputs();
@@ -109,8 +101,14 @@ private:
     // Calls process(count, getCoefficients(i)) for the frames, in one part or several.
     template <class TProcess>
     void ForFrames(int samples, int rampOrders, TProcess process) LATHE_REALTIME;
+    // The coefficients of the next frames of a ramp.
+    void ComputeRamp(SBiquadCoefficients* to, int count, int rampOrders) LATHE_REALTIME;
+    SBiquadCoefficients Compute(const SSectionValues& values, const Math::SSinCos& turn) const
+        LATHE_REALTIME;
     bool UpdateResponse(Algorithm::CBiquadFrequencyResponse& response) LATHE_REALTIME;
 
+    ESectionFormula m_Formula;
+    CKeptTurn m_KeptTurn;
     Algorithm::CBiquadGain m_GainResponse;
     Math::CFunctionsComposition m_GainResponsedB;
     Algorithm::CBiquadPhaseShift m_PhaseResponse;

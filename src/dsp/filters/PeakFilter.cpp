@@ -1,7 +1,6 @@
 #include "dsp/filters/PeakFilter.h"
 
 #include "dsp/FilterProductInfo.h"
-#include "dsp/filters/BiquadRamp.h"
 #include "dsp/filters/SectionFormulas.h"
 
 namespace Lathe::Audio::DSP::Filters {
@@ -26,19 +25,7 @@ const CParamInfos& GetPeakParams() {
 
 } // namespace
 
-inline void CPeakFilter::SValues::Store(SPairRamp& to, int index) const {
-    to.m_Omega[index] = m_Omega;
-    to.m_HalfBandwidth[index] = m_HalfBandwidth;
-    to.m_Root[index] = m_A;
-}
-
-inline void CPeakFilter::SValues::Step(const SValues& rates) {
-    m_Omega += rates.m_Omega;
-    m_HalfBandwidth += rates.m_HalfBandwidth;
-    m_A *= rates.m_A;
-}
-
-CPeakFilter::CPeakFilter(int channels) : CBiquadFilter(channels) {
+CPeakFilter::CPeakFilter(int channels) : CBiquadFilter(channels, ESectionFormula::Peak) {
     m_InputParamsInfo = GetPeakParams();
 }
 
@@ -54,12 +41,8 @@ void CPeakFilter::OnInputParamsChanged(const IConstParamsValues& values) {
 }
 
 void CPeakFilter::SetParams(const CParams& params, const CPeakFilter& known) {
-    if (m_SampleRate == 0.0)
-        return;
-    const SValues v = Convert(0, params, known);
-    const Math::SSinCos& turn = m_KeptTurn.Get(v.m_Omega, known.m_KeptTurn);
-    SetCoefficients(ComputePeak(turn.m_Sin, turn.m_Cos, v.m_HalfBandwidth, v.m_A));
-    m_Ramp[0] = v;
+    if (m_SampleRate != 0.0)
+        SetValues(Convert(0, params, known), known);
 }
 
 void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
@@ -67,32 +50,17 @@ void CPeakFilter::SetRampOrder(int order, const IConstParamsValues& rates) {
     if (CopyAll(rates, params))
         SetRamp(order, params, *this);
     else
-        m_Ramp[static_cast<std::size_t>(order)] = SValues();
+        m_Ramp[static_cast<std::size_t>(order)] = SSectionValues();
 }
 
 void CPeakFilter::SetRamp(int order, const CParams& rates, const CPeakFilter& known) {
     m_Ramp[static_cast<std::size_t>(order)] = Convert(order, rates, known);
 }
 
-CPeakFilter::SValues CPeakFilter::Convert(int order, const CParams& params,
-                                          const CPeakFilter& known) {
+SSectionValues CPeakFilter::Convert(int order, const CParams& params, const CPeakFilter& known) {
     const auto o = static_cast<std::size_t>(order);
-    return {params[0] * m_InvSampleRate * 6.283185307179586, params[1] * 0.5,
-            m_KeptGains[o].Get(0.5 * params[2], known.m_KeptGains[o])};
-}
-
-void CPeakFilter::ComputeRamp(const SCoefficientsRoom& room, int count, int rampOrders) {
-    FillRamp(m_Ramp, m_KeptTurn, room, count, rampOrders,
-             [](const Math::SSinCos& turn, const SValues& v) {
-                 return ComputePeak(turn.m_Sin, turn.m_Cos, v.m_HalfBandwidth, v.m_A);
-             });
-}
-
-ESectionFormula CPeakFilter::MovePair(CBiquadFilter& other, SPairRamp& to, int count,
-                                      int rampOrders) {
-    auto& right = static_cast<CPeakFilter&>(other);
-    FillPairRamp(m_Ramp, m_KeptTurn, right.m_Ramp, right.m_KeptTurn, to, count, rampOrders);
-    return ESectionFormula::Peak;
+    return {params[0] * m_InvSampleRate * 6.283185307179586,
+            m_KeptGains[o].Get(0.5 * params[2], known.m_KeptGains[o]), params[1] * 0.5};
 }
 
 } // namespace Lathe::Audio::DSP::Filters

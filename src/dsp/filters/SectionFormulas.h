@@ -62,4 +62,15 @@ template <class T>
     return c;
 }
 
+template <ESectionFormula Formula, class T>
+[[gnu::always_inline]] inline TBiquadCoefficients<T>
+ComputeSection(const T& sinW, const T& cosW, const T& root, const T& halfBandwidth) LATHE_REALTIME {
+    if constexpr (Formula == ESectionFormula::Peak)
+        return ComputePeak(sinW, cosW, halfBandwidth, root);
+    else if constexpr (Formula == ESectionFormula::LowShelf)
+        return ComputeLowShelf(sinW, cosW, root);
+    else
+        return ComputeHighShelf(sinW, cosW, root);
+}
+
 } // namespace Lathe::Audio::DSP::Filters

@@ -4,7 +4,6 @@
 #include "dsp/adapters/MidSideMatrix.h"
 #include "dsp/filters/BiquadFilter.h"
 #include "dsp/filters/Gain.h"
-#include "dsp/filters/PairRamp.h"
 #include "dsp/kernel/CascadeVersions.h"
 
 #include <algorithm>
@@ -18,8 +17,8 @@ namespace {
 // Frames that are run at a time, and again if there is something to flush. The coefficients of
 // those that move stay in the nearest cache.
 constexpr int s_SteadyChunk = 512;
-constexpr int s_MovingChunk = 128;
-static_assert(s_MovingChunk <= Filters::SPairRamp::MaxFrames);
+constexpr int s_MovingChunk = 64;
+static_assert(s_MovingChunk <= Filters::SRampFrames::MaxFrames);
 // Of each section the coefficients begin one group later than those of the section before, and end
 // with those of the frame behind the chunk.
 constexpr int s_MovingRoom = s_MovingChunk + (Sections - 1) * GroupFrames + 1;
@@ -143,7 +142,7 @@ void CCascade::LoadCoefficients(SChainCoefficients& coefficients) const {
 }
 
 void CCascade::ComputeRamps(SChainCoefficients* coefficients, int count) {
-    Filters::SPairRamp ramp;
+    Filters::SRampFrames ramp;
     for (int s = 0; s < Sections; ++s) {
         Filters::CBiquadFilter& left = *m_Channels[0].m_Sections[s];
         Filters::CBiquadFilter& right = *m_Channels[1].m_Sections[s];
@@ -151,9 +150,8 @@ void CCascade::ComputeRamps(SChainCoefficients* coefficients, int count) {
         const int chain = Channels * s;
         StoreCoefficients(left.GetCoefficients(), frames[0], chain);
         StoreCoefficients(right.GetCoefficients(), frames[0], chain + 1);
-        const Filters::ESectionFormula formula =
-            left.MovePair(right, ramp, count, m_Channels[0].m_SectionOrders);
-        m_Version->m_ComputeSection({formula, &ramp, count, frames, chain});
+        left.MovePair(right, ramp, count, m_Channels[0].m_SectionOrders);
+        m_Version->m_ComputeSection({left.GetFormula(), &ramp, count, frames + 1, chain});
         left.SetCoefficients(GetCoefficients(frames[count], chain));
         right.SetCoefficients(GetCoefficients(frames[count], chain + 1));
     }

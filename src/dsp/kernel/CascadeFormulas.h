@@ -2,14 +2,14 @@
 // compiles with lanes of its own.
 #pragma once
 
-#include "dsp/filters/PairRamp.h"
 #include "dsp/filters/SectionFormulas.h"
+#include "dsp/filters/SectionRamp.h"
 #include "dsp/kernel/CascadeLanes.h"
 
 namespace Lathe::Audio::DSP::Kernel {
 
-// L stands in an unnamed namespace. Its member CDoubles is a vector of doubles: both channels of
-// one frame or of several.
+// L stands in an unnamed namespace. Its member CDoubles is a vector of doubles: those of one frame
+// or of several.
 template <class L>
 class TCascadeFormulas {
 public:
@@ -17,27 +17,49 @@ public:
         using Filters::ESectionFormula;
         switch (section.m_Formula) {
         case ESectionFormula::Peak:
-            return ForFrames(section, [](const Filters::SPairRamp& r, int i) {
-                return Filters::ComputePeak(Load(r.m_Sin + i), Load(r.m_Cos + i),
-                                            Load(r.m_HalfBandwidth + i), Load(r.m_Root + i));
-            });
+            return ForChannels<ESectionFormula::Peak>(section);
         case ESectionFormula::LowShelf:
-            return ForFrames(section, [](const Filters::SPairRamp& r, int i) {
-                return Filters::ComputeLowShelf(Load(r.m_Sin + i), Load(r.m_Cos + i),
-                                                Load(r.m_Root + i));
-            });
+            return ForChannels<ESectionFormula::LowShelf>(section);
         case ESectionFormula::HighShelf:
-            return ForFrames(section, [](const Filters::SPairRamp& r, int i) {
-                return Filters::ComputeHighShelf(Load(r.m_Sin + i), Load(r.m_Cos + i),
-                                                 Load(r.m_Root + i));
-            });
+            return ForChannels<ESectionFormula::HighShelf>(section);
         }
     }
 
 private:
     using T = typename L::CDoubles;
-    static constexpr int s_Frames = static_cast<int>(sizeof(T) / (Channels * sizeof(double)));
-    static_assert(GroupFrames % s_Frames == 0);
+
+    template <Filters::ESectionFormula Formula>
+    static void ForChannels(const SSectionRamp& section) {
+        if (section.m_Ramp->m_Channels == 1)
+            ForFrames<Formula, 1>(section);
+        else
+            ForFrames<Formula, Channels>(section);
+    }
+
+    template <Filters::ESectionFormula Formula, int RampChannels>
+    static void ForFrames(const SSectionRamp& section) {
+        constexpr int step = static_cast<int>(sizeof(T) / sizeof(double)) / RampChannels;
+        static_assert(GroupFrames % step == 0);
+        // Copies, which no store to the coefficients can change.
+        const Filters::SRampFrames& ramp = *section.m_Ramp;
+        SChainCoefficients* const to = section.m_To;
+        const int frames = section.m_Frames;
+        const int chain = section.m_Chain;
+        for (int at = 0; at < frames; at += step) {
+            const int i = RampChannels * at;
+            const Filters::TBiquadCoefficients<T> c = Filters::ComputeSection<Formula>(
+                Load(ramp.m_Sin + i), Load(ramp.m_Cos + i), Load(ramp.m_Root + i),
+                Load(ramp.m_HalfBandwidth + i));
+            for (int k = 0; k < step; ++k) {
+                SChainCoefficients& coefficients = to[at + k];
+                Store<RampChannels>(coefficients.m_b0 + chain, c.m_b0, k);
+                Store<RampChannels>(coefficients.m_b1 + chain, c.m_b1, k);
+                Store<RampChannels>(coefficients.m_b2 + chain, c.m_b2, k);
+                Store<RampChannels>(coefficients.m_a1 + chain, c.m_a1, k);
+                Store<RampChannels>(coefficients.m_a2 + chain, c.m_a2, k);
+            }
+        }
+    }
 
     static T Load(const double* from) {
         T values;
@@ -45,30 +67,13 @@ private:
         return values;
     }
 
-    template <class TFormula>
-    static void ForFrames(const SSectionRamp& section, TFormula formula) {
-        // Copies, which no store to the coefficients can change.
-        const Filters::SPairRamp& ramp = *section.m_Ramp;
-        SChainCoefficients* const to = section.m_To;
-        const int frames = section.m_Frames;
-        const int chain = section.m_Chain;
-        for (int at = 1; at <= frames; at += s_Frames) {
-            const Filters::TBiquadCoefficients<T> c = formula(ramp, Channels * at);
-            for (int frame = 0; frame < s_Frames; ++frame) {
-                SChainCoefficients& coefficients = to[at + frame];
-                Store(coefficients.m_b0 + chain, c.m_b0, frame);
-                Store(coefficients.m_b1 + chain, c.m_b1, frame);
-                Store(coefficients.m_b2 + chain, c.m_b2, frame);
-                Store(coefficients.m_a1 + chain, c.m_a1, frame);
-                Store(coefficients.m_a2 + chain, c.m_a2, frame);
-            }
-        }
-    }
-
+    // Both channels of a frame.
+    template <int RampChannels>
     static void Store(double* to, const T& values, int frame) {
-        const char* const from =
-            reinterpret_cast<const char*>(&values) + frame * (Channels * sizeof(double));
-        __builtin_memcpy(to, from, Channels * sizeof(double));
+        using CPair [[gnu::vector_size(Channels * sizeof(double))]] = double;
+        const int first = RampChannels * frame;
+        const CPair pair = {values[first], values[first + RampChannels - 1]};
+        __builtin_memcpy(to, &pair, sizeof pair);
     }
 };
 

@@ -6,7 +6,7 @@
 
 namespace Lathe::Audio::DSP::Filters {
 enum class ESectionFormula;
-struct SPairRamp;
+struct SRampFrames;
 } // namespace Lathe::Audio::DSP::Filters
 
 namespace Lathe::Audio::DSP::Kernel {
@@ -74,11 +74,10 @@ struct SCascadeGroups {
 // Some frames of a section whose parameters move.
 struct SSectionRamp {
     Filters::ESectionFormula m_Formula;
-    const Filters::SPairRamp* m_Ramp;
-    // Those behind the first one: whole groups.
+    const Filters::SRampFrames* m_Ramp;
+    // Whole groups.
     int m_Frames;
-    // The coefficients of each frame, the first of which are there already, and of the section's
-    // two chains the first.
+    // The coefficients of each frame, and of the section's two chains the first.
     SChainCoefficients* m_To;
     int m_Chain;
 };
