@@ -37,6 +37,17 @@ const CCurveInfos& GetGainCurves() {
     return curves;
 }
 
+// The gain of a sample; moves on to the next.
+template <class TRamp>
+inline float TakeGain(TRamp& ramp, int orders) {
+    const float gain = ramp[0];
+    if (orders > 1)
+        ramp[1] *= ramp[2];
+    if (orders > 0)
+        ramp[0] *= ramp[1];
+    return gain;
+}
+
 float Scale(float gain, float sample) {
     const float scaled = gain * sample;
     return IsZeroOrDenormal(scaled) ? 0.0f : scaled;
@@ -138,27 +149,24 @@ void CGain::ProcessFrames(int samples, int rampOrders) {
     }
     for (int i = 0; i < samples; ++i) {
         m_Cursors.ReadFrame();
+        const float gain = TakeGain(m_Gain, rampOrders);
         for (float& sample : m_Cursors.m_Frame)
-            sample = Scale(m_Gain[0], sample);
+            sample = Scale(gain, sample);
         m_Cursors.WriteFrame();
-        for (auto order = static_cast<std::size_t>(rampOrders); order > 0; --order)
-            m_Gain[order - 1] *= m_Gain[order];
     }
 }
 
-void CGain::FillGains(float* gains, int count, int rampOrders) {
-    auto [gain, first, second] = m_Gain;
-    if (rampOrders == 0) {
-        std::fill_n(gains, count, gain);
-        return;
-    }
+// Side by side, since each gain waits for the one before.
+void CGain::FillPairGains(CGain& other, float* gains, float* otherGains, int count,
+                          int rampOrders) {
+    CRamp first = m_Gain;
+    CRamp second = other.m_Gain;
     for (int i = 0; i < count; ++i) {
-        gains[i] = gain;
-        if (rampOrders > 1)
-            first *= second;
-        gain *= first;
+        gains[i] = TakeGain(first, rampOrders);
+        otherGains[i] = TakeGain(second, rampOrders);
     }
-    m_Gain = {gain, first, second};
+    m_Gain = first;
+    other.m_Gain = second;
 }
 
 // As the loop over frames, with the gains ahead of the samples, which then go side by side.
@@ -167,7 +175,10 @@ void CGain::ScaleSamples(const float* input, float* output, int samples, int ram
     float gains[chunk];
     for (int at = 0; at < samples; at += chunk) {
         const int count = std::min(chunk, samples - at);
-        FillGains(gains, count, rampOrders);
+        CRamp ramp = m_Gain;
+        for (int i = 0; i < count; ++i)
+            gains[i] = TakeGain(ramp, rampOrders);
+        m_Gain = ramp;
         for (int i = 0; i < count; ++i)
             output[at + i] = Scale(gains[i], input[at + i]);
     }

@@ -41,8 +41,10 @@ public:
     void SetParams(const CParams& params, const CGain& known) LATHE_REALTIME;
     // Orders count from 1.
     void SetRamp(int order, const CParams& rates, const CGain& known) LATHE_REALTIME;
-    // The gain factors of the next samples. What they scale to zero or denormal is zero.
-    void FillGains(float* gains, int count, int rampOrders) LATHE_REALTIME;
+    // The gain factors of the next samples, of this and of another channel with as many orders.
+    // What they scale to zero or denormal is zero.
+    void FillPairGains(CGain& other, float* gains, float* otherGains, int count, int rampOrders)
+        LATHE_REALTIME;
     // The next samples of one channel; the output may be the input.
     void ScaleSamples(const float* input, float* output, int samples, int rampOrders)
         LATHE_REALTIME;
@@ -52,6 +54,7 @@ protected:
 
 private:
     using CKeptGain = Math::TKeptResult<double, &Math::FunctionsLibrary::FromdB>;
+    using CRamp = std::array<float, 1 + MaxRampOrders>;
 
     void WireOutputs();
     float ConvertGain(int order, double dB, const CGain& known) LATHE_REALTIME;
@@ -64,7 +67,7 @@ private:
     int m_OutputChannels;
     CProcessInfo m_ProcessInfo;
     // The linear gain, followed by the ratio per sample of each ramp order.
-    std::array<float, 1 + MaxRampOrders> m_Gain{1.0f, 1.0f, 1.0f};
+    CRamp m_Gain{1.0f, 1.0f, 1.0f};
     // Of the last values of each order: a gain that rests is asked for again at each end of each
     // block.
     std::array<CKeptGain, 1 + MaxRampOrders> m_KeptGains;

@@ -37,7 +37,7 @@ using CKeptTurn = Math::TKeptResult<Math::SSinCos, &Math::SinCos>;
 // The values of the frames behind the current one, of both channels in turns, or of one for both
 // that move alike.
 struct SRampFrames {
-    static constexpr int MaxFrames = 64;
+    static constexpr int MaxFrames = 128;
 
     int m_Channels;
     double m_Omega[2 * MaxFrames];

@@ -17,7 +17,7 @@ namespace {
 // Frames that are run at a time, and again if there is something to flush. The coefficients of
 // those that move stay in the nearest cache.
 constexpr int s_SteadyChunk = 512;
-constexpr int s_MovingChunk = 64;
+constexpr int s_MovingChunk = 128;
 static_assert(s_MovingChunk <= Filters::SRampFrames::MaxFrames);
 // Of each section the coefficients begin one group later than those of the section before, and end
 // with those of the frame behind the chunk.
@@ -200,10 +200,11 @@ int CCascade::RunChunks() {
                 groups.m_Inputs[c] = copies[c];
             }
             groups.m_IsSilent[c] = !Moving && IsSilent(c, start, count, history, coefficients[0]);
-            m_Channels[c].m_Gain->FillGains(gains[c], gainsMove ? count : GroupFrames,
-                                            m_Channels[c].m_GainOrders);
             groups.m_Gains[c] = gains[c];
         }
+        m_Channels[0].m_Gain->FillPairGains(*m_Channels[1].m_Gain, gains[0], gains[1],
+                                            gainsMove ? count : GroupFrames,
+                                            m_Channels[0].m_GainOrders);
         if (Moving)
             ComputeRamps(coefficients, count);
         RunGroups(groups);

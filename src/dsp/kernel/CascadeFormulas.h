@@ -27,6 +27,10 @@ public:
 
 private:
     using T = typename L::CDoubles;
+    static constexpr int s_Doubles = static_cast<int>(sizeof(T) / sizeof(double));
+    static constexpr int s_FrameStride =
+        static_cast<int>(sizeof(SChainCoefficients) / sizeof(double));
+    static constexpr int s_PairSize = static_cast<int>(Channels * sizeof(double));
 
     template <Filters::ESectionFormula Formula>
     static void ForChannels(const SSectionRamp& section) {
@@ -38,7 +42,7 @@ private:
 
     template <Filters::ESectionFormula Formula, int RampChannels>
     static void ForFrames(const SSectionRamp& section) {
-        constexpr int step = static_cast<int>(sizeof(T) / sizeof(double)) / RampChannels;
+        constexpr int step = s_Doubles / RampChannels;
         static_assert(GroupFrames % step == 0);
         // Copies, which no store to the coefficients can change.
         const Filters::SRampFrames& ramp = *section.m_Ramp;
@@ -50,14 +54,11 @@ private:
             const Filters::TBiquadCoefficients<T> c = Filters::ComputeSection<Formula>(
                 Load(ramp.m_Sin + i), Load(ramp.m_Cos + i), Load(ramp.m_Root + i),
                 Load(ramp.m_HalfBandwidth + i));
-            for (int k = 0; k < step; ++k) {
-                SChainCoefficients& coefficients = to[at + k];
-                Store<RampChannels>(coefficients.m_b0 + chain, c.m_b0, k);
-                Store<RampChannels>(coefficients.m_b1 + chain, c.m_b1, k);
-                Store<RampChannels>(coefficients.m_b2 + chain, c.m_b2, k);
-                Store<RampChannels>(coefficients.m_a1 + chain, c.m_a1, k);
-                Store<RampChannels>(coefficients.m_a2 + chain, c.m_a2, k);
-            }
+            Store<RampChannels>(&to[at].m_b0[chain], c.m_b0);
+            Store<RampChannels>(&to[at].m_b1[chain], c.m_b1);
+            Store<RampChannels>(&to[at].m_b2[chain], c.m_b2);
+            Store<RampChannels>(&to[at].m_a1[chain], c.m_a1);
+            Store<RampChannels>(&to[at].m_a2[chain], c.m_a2);
         }
     }
 
@@ -67,13 +68,33 @@ private:
         return values;
     }
 
-    // Both channels of a frame.
+    // Both channels of each frame, at the same place in the coefficients of the frames.
     template <int RampChannels>
-    static void Store(double* to, const T& values, int frame) {
-        using CPair [[gnu::vector_size(Channels * sizeof(double))]] = double;
-        const int first = RampChannels * frame;
-        const CPair pair = {values[first], values[first + RampChannels - 1]};
-        __builtin_memcpy(to, &pair, sizeof pair);
+    static void Store(double* to, const T& values) {
+        if constexpr (RampChannels == 1) {
+            // Frames in twos, of which each has its number in both channels.
+            StorePairs(to, 2 * s_FrameStride, SpreadEven(values));
+            StorePairs(to + s_FrameStride, 2 * s_FrameStride, SpreadOdd(values));
+        } else {
+            StorePairs(to, s_FrameStride, values);
+        }
+    }
+    static void StorePairs(double* to, int stride, const T& values) {
+        const char* from = reinterpret_cast<const char*>(&values);
+        for (int pair = 0; pair < s_Doubles / Channels; ++pair)
+            __builtin_memcpy(to + pair * stride, from + pair * s_PairSize, s_PairSize);
+    }
+    static T SpreadEven(const T& v) {
+        if constexpr (s_Doubles == 4)
+            return __builtin_shufflevector(v, v, 0, 0, 2, 2);
+        else
+            return __builtin_shufflevector(v, v, 0, 0);
+    }
+    static T SpreadOdd(const T& v) {
+        if constexpr (s_Doubles == 4)
+            return __builtin_shufflevector(v, v, 1, 1, 3, 3);
+        else
+            return __builtin_shufflevector(v, v, 1, 1);
     }
 };
 
