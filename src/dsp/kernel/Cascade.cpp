@@ -182,12 +182,18 @@ int CCascade::RunChunks() {
     const bool gainsMove = m_Channels[0].m_GainOrders > 0;
     float copies[Channels][chunk];
 
-    SCascadeGroups groups = {};
-    groups.m_Matrix = m_Matrix ? &matrix : nullptr;
-    groups.m_GainsStride = gainsMove ? 1 : 0;
-    groups.m_Coefficients = coefficients;
-    groups.m_CoefficientsStride = Moving ? 1 : 0;
-    groups.m_History = &history;
+    // Every member, so that none is cleared before.
+    SCascadeGroups groups = {.m_Inputs = {m_Inputs[0], m_Inputs[1]},
+                             .m_Outputs = {m_Outputs[0], m_Outputs[1]},
+                             .m_Groups = 0,
+                             .m_Matrix = m_Matrix ? &matrix : nullptr,
+                             .m_Gains = {gains[0], gains[1]},
+                             .m_GainsStride = gainsMove ? 1 : 0,
+                             .m_Coefficients = coefficients,
+                             .m_CoefficientsStride = Moving ? 1 : 0,
+                             .m_Flushing = false,
+                             .m_IsSilent = {false, false},
+                             .m_History = &history};
     int start = 0;
     for (int count; (count = GetChunk(m_Samples - start, chunk)) > 0; start += count) {
         groups.m_Groups = count / GroupFrames;
@@ -200,7 +206,6 @@ int CCascade::RunChunks() {
                 groups.m_Inputs[c] = copies[c];
             }
             groups.m_IsSilent[c] = !Moving && IsSilent(c, start, count, history, coefficients[0]);
-            groups.m_Gains[c] = gains[c];
         }
         m_Channels[0].m_Gain->FillPairGains(*m_Channels[1].m_Gain, gains[0], gains[1],
                                             gainsMove ? count : GroupFrames,
