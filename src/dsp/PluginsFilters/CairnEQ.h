@@ -58,7 +58,7 @@ protected:
 
 private:
     // Orders of ramp that the stages have room for.
-    static constexpr int MaxRampOrders = DSP::Filters::CBiquadFilter::MaxRampOrders;
+    static constexpr int MaxRampOrders = DSP::Filters::MaxRampOrders;
     static_assert(DSP::Filters::CGain::MaxRampOrders == MaxRampOrders);
 
     // The frequencies of the shelves by that of the peak: half a bandwidth below and above it.

@@ -9,11 +9,11 @@ namespace Lathe::Audio::DSP::Filters {
 // textbooks. Of one section, or of several side by side.
 template <class T>
 struct TBiquadCoefficients {
-    T m_b0{};
-    T m_b1{};
-    T m_b2{};
-    T m_a1{};
-    T m_a2{};
+    T m_b0;
+    T m_b1;
+    T m_b2;
+    T m_a1;
+    T m_a2;
 };
 using SBiquadCoefficients = TBiquadCoefficients<double>;
 inline constexpr SBiquadCoefficients IdentityCoefficients = {1.0, 0.0, 0.0, 0.0, 0.0};

@@ -41,8 +41,6 @@ public:
     // new, and SetRamp, then for some frames after the others either FilterSamples or the
     // coefficients and the history, then SetParams of the end, if it is new.
 
-    // With no orders of ramp, the coefficients hold for the whole block.
-    static constexpr int MaxRampOrders = Filters::MaxRampOrders;
     // Moves on by some frames, at most SRampFrames::MaxFrames, together with the section of another
     // channel, which has the same formula and as many orders. Gives what the formula takes for the
     // frames behind the current one; the coefficients of the last have then to be set.
@@ -58,7 +56,8 @@ public:
     void SetHistory(int channel, const SBiquadHistory& history) LATHE_REALTIME {
         m_History[static_cast<std::size_t>(channel)] = history;
     }
-    // The next samples of the only channel; the output may be the input.
+    // The next samples of the only channel; the output may be the input. With no orders of ramp the
+    // coefficients stay.
     void FilterSamples(const float* input, float* output, int count, int rampOrders) LATHE_REALTIME;
 
 protected:

@@ -1,7 +1,7 @@
 // One sample through a second-order section: the arithmetic that every loop shares.
 #pragma once
 
-#include "dsp/filters/BiquadFilter.h"
+#include "dsp/filters/BiquadCoefficients.h"
 #include "dsp/filters/Denormal.h"
 
 namespace Lathe::Audio::DSP::Filters {

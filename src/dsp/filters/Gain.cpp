@@ -1,5 +1,6 @@
 #include "dsp/filters/Gain.h"
 
+#include "core/Differs.h"
 #include "datamodel/objects/text/ParamValueToText.h"
 #include "dsp/FilterProductInfo.h"
 #include "dsp/filters/Denormal.h"
@@ -92,7 +93,7 @@ const IConstFilterProductInfo& CGain::GetProductInfo() const {
 bool CGain::UpdateOutputs() {
     m_PhaseFunction.SetValue(0.0);
     const double gain = m_Gain[0];
-    if (!(gain < m_GainFunction.GetValue()) && !(gain > m_GainFunction.GetValue()))
+    if (!Core::Differs(gain, m_GainFunction.GetValue()))
         return false;
     m_GainFunction.SetValue(gain);
     m_OutputCurvesDirty[0].SetDirty();

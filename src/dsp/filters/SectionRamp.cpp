@@ -16,13 +16,19 @@ inline void Step(CSectionRamp& ramp, int rampOrders, SRampFrames& to, int index)
     to.m_HalfBandwidth[index] = ramp[0].m_HalfBandwidth;
 }
 
+// Where a step leaves the angle and its rate in their places, every step does.
+bool DoesAngleRest(const CSectionRamp& ramp, int rampOrders) {
+    const double angle = ramp[0].m_Omega;
+    const double rate = ramp[1].m_Omega;
+    return Core::SameBits(angle + rate, angle) &&
+           (rampOrders == 1 || Core::SameBits(rate + ramp[2].m_Omega, rate));
+}
+
 // Apart from the steps, which the calls would hold up, and the formulas.
-void FillTurns(CKeptTurn& turn, double start, SRampFrames& to, int channel, int count,
-               int rampOrders) {
+void FillTurns(bool rests, CKeptTurn& turn, SRampFrames& to, int channel, int count) {
     const int end = channel + count * to.m_Channels;
-    // Where one order of ramp leaves the angle in its place once, it leaves it there.
-    if (rampOrders == 1 && Core::SameBits(to.m_Omega[channel], start)) {
-        const Math::SSinCos kept = turn.Get(start);
+    if (rests) {
+        const Math::SSinCos kept = turn.Get(to.m_Omega[channel]);
         for (int i = channel; i < end; i += to.m_Channels) {
             to.m_Sin[i] = kept.m_Sin;
             to.m_Cos[i] = kept.m_Cos;
@@ -36,13 +42,13 @@ void FillTurns(CKeptTurn& turn, double start, SRampFrames& to, int channel, int 
 } // namespace
 
 void FillFrames(const SMovingSection& section, SRampFrames& to, int count, int rampOrders) {
-    const double start = section.m_Ramp[0].m_Omega;
+    const bool rests = DoesAngleRest(section.m_Ramp, rampOrders);
     CSectionRamp ramp = section.m_Ramp;
     for (int i = 0; i < count; ++i)
         Step(ramp, rampOrders, to, i);
     section.m_Ramp = ramp;
     to.m_Channels = 1;
-    FillTurns(section.m_Turn, start, to, 0, count, rampOrders);
+    FillTurns(rests, section.m_Turn, to, 0, count);
 }
 
 void FillFrames(const SMovingSection& left, const SMovingSection& right, SRampFrames& to, int count,
@@ -52,7 +58,8 @@ void FillFrames(const SMovingSection& left, const SMovingSection& right, SRampFr
         right.m_Ramp = left.m_Ramp;
         return;
     }
-    const double starts[] = {left.m_Ramp[0].m_Omega, right.m_Ramp[0].m_Omega};
+    const bool firstRests = DoesAngleRest(left.m_Ramp, rampOrders);
+    const bool secondRests = DoesAngleRest(right.m_Ramp, rampOrders);
     CSectionRamp first = left.m_Ramp;
     CSectionRamp second = right.m_Ramp;
     // Side by side, since each step waits for the one before.
@@ -63,8 +70,8 @@ void FillFrames(const SMovingSection& left, const SMovingSection& right, SRampFr
     left.m_Ramp = first;
     right.m_Ramp = second;
     to.m_Channels = 2;
-    FillTurns(left.m_Turn, starts[0], to, 0, count, rampOrders);
-    FillTurns(right.m_Turn, starts[1], to, 1, count, rampOrders);
+    FillTurns(firstRests, left.m_Turn, to, 0, count);
+    FillTurns(secondRests, right.m_Turn, to, 1, count);
 }
 
 } // namespace Lathe::Audio::DSP::Filters

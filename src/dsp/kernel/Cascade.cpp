@@ -173,7 +173,7 @@ int CCascade::RunChunks() {
     SChainHistory history;
     LoadHistory(history);
     SChainCoefficients coefficients[Moving ? s_MovingRoom : 1];
-    if (Moving)
+    if constexpr (Moving)
         ClearEnds(coefficients, std::min(m_Samples, chunk) & -GroupFrames);
     else
         LoadCoefficients(coefficients[0]);
@@ -210,7 +210,7 @@ int CCascade::RunChunks() {
         m_Channels[0].m_Gain->FillPairGains(*m_Channels[1].m_Gain, gains[0], gains[1],
                                             gainsMove ? count : GroupFrames,
                                             m_Channels[0].m_GainOrders);
-        if (Moving)
+        if constexpr (Moving)
             ComputeRamps(coefficients, count);
         RunGroups(groups);
     }

@@ -28,19 +28,20 @@ struct SCascadeChannel {
     Filters::CGain* m_Gain = nullptr;
     // In the order of the signal.
     Filters::CBiquadFilter* m_Sections[Sections] = {};
-    // As StartBlock of the gain and of the sections has answered, the same for all channels; 0 in a
-    // block that starts nothing.
+    // Of ramp in this block, the same for all channels; 0 where nothing moves.
     int m_GainOrders = 0;
     int m_SectionOrders = 0;
 };
 
 // A filter of one channel whose stages a cascade can run: StartCascade says which they are, and
-// starts a block of samples; EndCascade ends one in which values have moved.
+// starts a block of samples; EndCascade ends one in which values have moved. The twin is the
+// channel that was started or ended before, or null.
 template <class F>
 concept CascadeFilter = requires(F& filter, SCascadeChannel& channel,
-                                 const IConstFilterPropertiesVariations& variations, int samples) {
-    filter.StartCascade(channel, &variations, samples);
-    filter.EndCascade();
+                                 const IConstFilterPropertiesVariations* variations, int number,
+                                 const F* twin) {
+    filter.StartCascade(channel, variations, /*samples*/ number, /*firstParam*/ number, twin);
+    filter.EndCascade(twin);
 };
 
 class CCascade {

@@ -134,7 +134,7 @@ bool RunCascadeAVX2(const SCascadeGroups& groups) {
     return RunCascadeWith<SLanes>(groups);
 }
 
-void ComputeSectionAVX2(const SSectionRamp& section) {
+void ComputeSectionAVX2(const SSectionFrames& section) {
     TCascadeFormulas<SLanes>::Compute(section);
 }
 

@@ -13,7 +13,7 @@ namespace Lathe::Audio::DSP::Kernel {
 template <class L>
 class TCascadeFormulas {
 public:
-    static void Compute(const SSectionRamp& section) {
+    static void Compute(const SSectionFrames& section) {
         using Filters::ESectionFormula;
         switch (section.m_Formula) {
         case ESectionFormula::Peak:
@@ -33,7 +33,7 @@ private:
     static constexpr int s_PairSize = static_cast<int>(Channels * sizeof(double));
 
     template <Filters::ESectionFormula Formula>
-    static void ForChannels(const SSectionRamp& section) {
+    static void ForChannels(const SSectionFrames& section) {
         if (section.m_Ramp->m_Channels == 1)
             ForFrames<Formula, 1>(section);
         else
@@ -41,7 +41,7 @@ private:
     }
 
     template <Filters::ESectionFormula Formula, int RampChannels>
-    static void ForFrames(const SSectionRamp& section) {
+    static void ForFrames(const SSectionFrames& section) {
         constexpr int step = s_Doubles / RampChannels;
         static_assert(GroupFrames % step == 0);
         // Copies, which no store to the coefficients can change.

@@ -72,7 +72,7 @@ struct SCascadeGroups {
 };
 
 // Some frames of a section whose parameters move.
-struct SSectionRamp {
+struct SSectionFrames {
     Filters::ESectionFormula m_Formula;
     const Filters::SRampFrames* m_Ramp;
     // Whole groups.
@@ -85,10 +85,10 @@ struct SSectionRamp {
 // The versions: a loop, which gives true when a sample was met that needs flushing, and the
 // formulas of the sections.
 bool RunCascadePortable(const SCascadeGroups& groups) LATHE_REALTIME;
-void ComputeSectionPortable(const SSectionRamp& section) LATHE_REALTIME;
+void ComputeSectionPortable(const SSectionFrames& section) LATHE_REALTIME;
 bool RunCascadeSSE2(const SCascadeGroups& groups) LATHE_REALTIME;
-void ComputeSectionSSE2(const SSectionRamp& section) LATHE_REALTIME;
+void ComputeSectionSSE2(const SSectionFrames& section) LATHE_REALTIME;
 bool RunCascadeAVX2(const SCascadeGroups& groups) LATHE_REALTIME;
-void ComputeSectionAVX2(const SSectionRamp& section) LATHE_REALTIME;
+void ComputeSectionAVX2(const SSectionFrames& section) LATHE_REALTIME;
 
 } // namespace Lathe::Audio::DSP::Kernel

@@ -20,11 +20,11 @@ namespace Lathe::Audio::DSP::Kernel {
 //   CPassed    the floats that sections pass on to the ones behind them
 //   CInput     the samples of a group of frames for the first section
 //   CWatch     sees the floats of all groups, and tells whether any was zero or denormal
-//   Load, Store, Multiply, Add, Round (V to F), Flush (F and V)
-//   Feed       the input of frame K of a group for the first section, what was passed for the
-//   others Collect    the samples of the last section of a group's frames Select     V of the
-//   chains of the sections First to Last, else another V SelectOrOne  what has been passed to those
-//   sections, else 1
+//   Load, Store, Multiply, Add, Round (V to F), Flush (F and V), Pass (F to CPassed)
+//   Feed         the input of frame K of a group for the first section, what was passed for others
+//   Collect      the samples of the last section of a group's frames
+//   Select       V of the chains of the sections First to Last, else another V
+//   SelectOrOne  what has been passed to those sections, else 1
 template <class L, bool Flushing, bool HasMatrix>
 class TCascadeLoop {
 public:

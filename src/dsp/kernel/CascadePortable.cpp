@@ -121,7 +121,7 @@ bool RunCascadePortable(const SCascadeGroups& groups) {
     return RunCascadeWith<SLanes>(groups);
 }
 
-void ComputeSectionPortable(const SSectionRamp& section) {
+void ComputeSectionPortable(const SSectionFrames& section) {
     TCascadeFormulas<SLanes>::Compute(section);
 }
 

@@ -134,7 +134,7 @@ bool RunCascadeSSE2(const SCascadeGroups& groups) {
     return RunCascadeWith<SLanes>(groups);
 }
 
-void ComputeSectionSSE2(const SSectionRamp& section) {
+void ComputeSectionSSE2(const SSectionFrames& section) {
     TCascadeFormulas<SLanes>::Compute(section);
 }
 

@@ -11,7 +11,7 @@ namespace Lathe::Audio::DSP::Kernel {
 struct SCascadeVersion {
     const char* m_Name;
     bool (*m_Run)(const SCascadeGroups& groups);
-    void (*m_ComputeSection)(const SSectionRamp& section);
+    void (*m_ComputeSection)(const SSectionFrames& section);
     // Whether this processor can run it.
     bool m_IsSupported;
 };

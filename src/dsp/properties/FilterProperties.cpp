@@ -46,18 +46,6 @@ void AssignDirtyItems(const TRefCountValues<V>& source, const IConstDirtyFlags& 
     }
 }
 
-// TFlags and TValues may be classes of their own, to which no call is virtual.
-template <class TValues, class TFlags>
-unsigned ReadParamsOf(const TValues& params, const TFlags& flags, int first, int count,
-                      double* values) {
-    unsigned dirty = 0;
-    for (int i = 0; i < count; ++i) {
-        values[i] = params.GetValue(first + i);
-        dirty |= static_cast<unsigned>(flags.GetElement(first + i).IsDirty()) << i;
-    }
-    return dirty;
-}
-
 } // namespace
 
 unsigned IConstFilterProperties::ReadParams(int first, int count, double* values) const {
