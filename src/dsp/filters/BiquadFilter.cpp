@@ -25,6 +25,13 @@ const CCurveInfos& GetBiquadCurves() {
     return curves;
 }
 
+template <ESectionFormula Formula>
+void ComputeFrames(const SRampFrames& frames, int count, SBiquadCoefficients* to) {
+    for (int i = 0; i < count; ++i)
+        to[i] = ComputeSection<Formula>(frames.m_Sin[i], frames.m_Cos[i], frames.m_Root[i],
+                                        frames.m_HalfBandwidth[i]);
+}
+
 } // namespace
 
 CBiquadFilter::CBiquadFilter(int channels, ESectionFormula formula)
@@ -147,7 +154,8 @@ void CBiquadFilter::ForFrames(int samples, int rampOrders, TProcess process) {
     }
     static_assert(m_RecomputeMask == 0);
     constexpr int chunk = 16;
-    SBiquadCoefficients coefficients[chunk];
+    // With those of the frame behind.
+    SBiquadCoefficients coefficients[chunk + 1];
     for (int at = 0; at < samples; at += chunk) {
         const int count = std::min(chunk, samples - at);
         ComputeRamp(coefficients, count, rampOrders);
@@ -158,11 +166,19 @@ void CBiquadFilter::ForFrames(int samples, int rampOrders, TProcess process) {
 void CBiquadFilter::ComputeRamp(SBiquadCoefficients* to, int count, int rampOrders) {
     SRampFrames frames;
     FillFrames({m_Ramp, m_KeptTurn}, frames, count, rampOrders);
-    for (int i = 0; i < count; ++i) {
-        to[i] = m_Coefficients;
-        SetCoefficients(Compute({0.0, frames.m_Root[i], frames.m_HalfBandwidth[i]},
-                                {frames.m_Sin[i], frames.m_Cos[i]}));
+    to[0] = m_Coefficients;
+    switch (m_Formula) {
+    case ESectionFormula::Peak:
+        ComputeFrames<ESectionFormula::Peak>(frames, count, to + 1);
+        break;
+    case ESectionFormula::LowShelf:
+        ComputeFrames<ESectionFormula::LowShelf>(frames, count, to + 1);
+        break;
+    case ESectionFormula::HighShelf:
+        ComputeFrames<ESectionFormula::HighShelf>(frames, count, to + 1);
+        break;
     }
+    SetCoefficients(to[count]);
 }
 
 void CBiquadFilter::MovePair(CBiquadFilter& other, SRampFrames& to, int count, int rampOrders) {
