@@ -100,12 +100,10 @@ void CCascade::Prepare(float* const (&to)[Channels], int start, int count) {
 bool CCascade::IsSilent(int channel, int start, int count, const SChainHistory& history,
                         const SChainCoefficients& coefficients) {
     // By their bits, since only zeros without a sign stay what they are.
-    std::uint64_t any = 0;
+    const auto isZero = [](double past) { return std::bit_cast<std::uint64_t>(past) == 0; };
     for (int i = channel; i < Chains; i += Channels) {
-        for (const double past :
-             {history.m_x1[i], history.m_x2[i], history.m_y1[i], history.m_y2[i]})
-            any |= std::bit_cast<std::uint64_t>(past);
-        if (any != 0 || !(coefficients.m_b0[i] > 0.0))
+        if (!isZero(history.m_x1[i]) || !isZero(history.m_x2[i]) || !isZero(history.m_y1[i]) ||
+            !isZero(history.m_y2[i]) || !(coefficients.m_b0[i] > 0.0))
             return false;
     }
     // A gain that moves would move on.
@@ -113,9 +111,8 @@ bool CCascade::IsSilent(int channel, int start, int count, const SChainHistory& 
         return false;
     float samples[Channels][s_SteadyChunk];
     Prepare({samples[0], samples[1]}, start, count);
-    for (int i = 0; i < count && any == 0; ++i)
-        any = std::bit_cast<std::uint32_t>(samples[channel][i]);
-    return any == 0;
+    return std::all_of(samples[channel], samples[channel] + count,
+                       [](float sample) { return std::bit_cast<std::uint32_t>(sample) == 0; });
 }
 
 void CCascade::LoadHistory(SChainHistory& history) const {

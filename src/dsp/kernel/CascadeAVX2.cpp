@@ -77,6 +77,10 @@ struct SLanes {
     };
 
     static V Load(const double* from) { return {_mm_load_pd(from), _mm256_loadu_pd(from + 2)}; }
+    // The history, which has been written in twos: in fours it would have to wait for them.
+    static V LoadPairs(const double* from) {
+        return {_mm_load_pd(from), _mm256_set_m128d(_mm_load_pd(from + 4), _mm_load_pd(from + 2))};
+    }
     static void Store(double* to, const V& v) {
         _mm_store_pd(to, v.m_First);
         _mm256_storeu_pd(to + 2, v.m_Rest);

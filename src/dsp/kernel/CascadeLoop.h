@@ -15,16 +15,19 @@ namespace Lathe::Audio::DSP::Kernel {
 
 // L holds the chains in vectors of its processor. It stands in an unnamed namespace, so that code
 // for one processor is not shared with sources that are compiled for another. Its members:
-//   V          a double for each chain
-//   F          a float for each chain
-//   CPassed    the floats that sections pass on to the ones behind them
-//   CInput     the samples of a group of frames for the first section
-//   CWatch     sees the floats of all groups, and tells whether any was zero or denormal
-//   Load, Store, Multiply, Add, Round (V to F), Flush (F and V), Pass (F to CPassed)
-//   Feed         the input of frame K of a group for the first section, what was passed for others
-//   Collect      the samples of the last section of a group's frames
-//   Select       V of the chains of the sections First to Last, else another V
-//   SelectOrOne  what has been passed to those sections, else 1
+//   V             a double for each chain
+//   F             a float for each chain
+//   CPassed       the floats that sections pass on to the ones behind them
+//   CInput        the samples of a group of frames for the first section
+//   CWatch        sees the floats of all groups, and tells whether any was zero or denormal
+//   Load, Store, Multiply, Add
+//   LoadPairs     as Load, of what was written a section at a time
+//   Round, Flush  V to F; F and V
+//   Pass          F to CPassed
+//   Feed          the input of frame K of a group for the first section, what was passed for others
+//   Collect       the samples of the last section of a group's frames
+//   Select        V of the chains of the sections First to Last, else another V
+//   SelectOrOne   what has been passed to those sections, else 1
 template <class L, bool Flushing, bool HasMatrix>
 class TCascadeLoop {
 public:
@@ -57,10 +60,10 @@ private:
 
     struct SState {
         explicit SState(const SChainHistory& h)
-            : m_x1(L::Load(h.m_x1)),
-              m_x2(L::Load(h.m_x2)),
-              m_y1(L::Load(h.m_y1)),
-              m_y2(L::Load(h.m_y2)) {}
+            : m_x1(L::LoadPairs(h.m_x1)),
+              m_x2(L::LoadPairs(h.m_x2)),
+              m_y1(L::LoadPairs(h.m_y1)),
+              m_y2(L::LoadPairs(h.m_y2)) {}
         void StoreHistory(SChainHistory& h) const {
             L::Store(h.m_x1, m_x1);
             L::Store(h.m_x2, m_x2);

@@ -50,6 +50,7 @@ struct SLanes {
             v.m_Chains[i] = from[i];
         return v;
     }
+    static V LoadPairs(const double* from) { return Load(from); }
     static void Store(double* to, const V& v) {
         for (int i = 0; i < Chains; ++i)
             to[i] = v.m_Chains[i];

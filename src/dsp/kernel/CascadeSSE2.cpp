@@ -65,6 +65,7 @@ struct SLanes {
     static V Load(const double* from) {
         return {_mm_load_pd(from), _mm_load_pd(from + 2), _mm_load_pd(from + 4)};
     }
+    static V LoadPairs(const double* from) { return Load(from); }
     static void Store(double* to, const V& v) {
         for (int s = 0; s < Sections; ++s)
             _mm_store_pd(to + Channels * s, v.m_Sections[s]);
