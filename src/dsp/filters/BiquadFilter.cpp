@@ -165,7 +165,7 @@ void CBiquadFilter::ForFrames(int samples, int rampOrders, TProcess process) {
 
 void CBiquadFilter::ComputeRamp(SBiquadCoefficients* to, int count, int rampOrders) {
     SRampFrames frames;
-    FillFrames({m_Ramp, m_KeptTurn}, frames, count, rampOrders);
+    FillFrames(GetMoving(), frames, count, rampOrders);
     to[0] = m_Coefficients;
     switch (m_Formula) {
     case ESectionFormula::Peak:
@@ -181,8 +181,12 @@ void CBiquadFilter::ComputeRamp(SBiquadCoefficients* to, int count, int rampOrde
     SetCoefficients(to[count]);
 }
 
+SMovingSection CBiquadFilter::GetMoving() {
+    return {m_Ramp, m_KeptTurn, m_Formula == ESectionFormula::Peak};
+}
+
 void CBiquadFilter::MovePair(CBiquadFilter& other, SRampFrames& to, int count, int rampOrders) {
-    FillFrames({m_Ramp, m_KeptTurn}, {other.m_Ramp, other.m_KeptTurn}, to, count, rampOrders);
+    FillFrames(GetMoving(), other.GetMoving(), to, count, rampOrders);
 }
 
 void CBiquadFilter::SetValues(const SSectionValues& values, const CBiquadFilter& known) {

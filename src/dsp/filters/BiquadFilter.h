@@ -100,6 +100,7 @@ private:
     // Calls process(count, getCoefficients(i)) for the frames, in one part or several.
     template <class TProcess>
     void ForFrames(int samples, int rampOrders, TProcess process) LATHE_REALTIME;
+    SMovingSection GetMoving() LATHE_REALTIME;
     // The coefficients of the next frames of a ramp, and of the frame behind them.
     void ComputeRamp(SBiquadCoefficients* to, int count, int rampOrders) LATHE_REALTIME;
     SBiquadCoefficients Compute(const SSectionValues& values, const Math::SSinCos& turn) const

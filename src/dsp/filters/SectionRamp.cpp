@@ -6,14 +6,25 @@ namespace Lathe::Audio::DSP::Filters {
 
 namespace {
 
-inline void Step(CSectionRamp& ramp, int rampOrders, SRampFrames& to, int index) {
-    // Written out and not as a loop, which would keep the values in memory.
+// Written out and not as a loop, which would keep the values in memory.
+inline void Step(CSectionRamp& ramp, int rampOrders) {
     if (rampOrders > 1)
         ramp[1].Step(ramp[2]);
     ramp[0].Step(ramp[1]);
-    to.m_Omega[index] = ramp[0].m_Omega;
-    to.m_Root[index] = ramp[0].m_Root;
-    to.m_HalfBandwidth[index] = ramp[0].m_HalfBandwidth;
+}
+
+// Two neighbours at once, because there is a store for each cycle at most.
+inline void StoreTwo(SRampFrames& to, int index, const SSectionValues& first,
+                     const SSectionValues& second, bool hasBandwidth) {
+    using CTwo [[gnu::vector_size(2 * sizeof(double))]] = double;
+    const auto store = [index](double* values, double one, double other) {
+        const CTwo two = {one, other};
+        __builtin_memcpy(values + index, &two, sizeof two);
+    };
+    store(to.m_Omega, first.m_Omega, second.m_Omega);
+    store(to.m_Root, first.m_Root, second.m_Root);
+    if (hasBandwidth)
+        store(to.m_HalfBandwidth, first.m_HalfBandwidth, second.m_HalfBandwidth);
 }
 
 // Where a step leaves the angle and its rate in their places, every step does.
@@ -44,8 +55,13 @@ void FillTurns(bool rests, CKeptTurn& turn, SRampFrames& to, int channel, int co
 void FillFrames(const SMovingSection& section, SRampFrames& to, int count, int rampOrders) {
     const bool rests = DoesAngleRest(section.m_Ramp, rampOrders);
     CSectionRamp ramp = section.m_Ramp;
-    for (int i = 0; i < count; ++i)
-        Step(ramp, rampOrders, to, i);
+    for (int i = 0; i < count; i += 2) {
+        Step(ramp, rampOrders);
+        const SSectionValues first = ramp[0];
+        if (i + 1 < count)
+            Step(ramp, rampOrders);
+        StoreTwo(to, i, first, ramp[0], section.m_HasBandwidth);
+    }
     section.m_Ramp = ramp;
     to.m_Channels = 1;
     FillTurns(rests, section.m_Turn, to, 0, count);
@@ -64,8 +80,9 @@ void FillFrames(const SMovingSection& left, const SMovingSection& right, SRampFr
     CSectionRamp second = right.m_Ramp;
     // Side by side, since each step waits for the one before.
     for (int i = 0; i < 2 * count; i += 2) {
-        Step(first, rampOrders, to, i);
-        Step(second, rampOrders, to, i + 1);
+        Step(first, rampOrders);
+        Step(second, rampOrders);
+        StoreTwo(to, i, first[0], second[0], left.m_HasBandwidth);
     }
     left.m_Ramp = first;
     right.m_Ramp = second;

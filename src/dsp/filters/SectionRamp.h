@@ -52,6 +52,8 @@ struct SMovingSection {
     CSectionRamp& m_Ramp;
     // Of the angle that the ramp begins with, when that rests.
     CKeptTurn& m_Turn;
+    // Without it, that of the frames is left alone.
+    bool m_HasBandwidth;
 };
 
 // Move on by some frames and fill those; of two channels that move alike to the bit, as one.

@@ -46,7 +46,8 @@ TEST(SectionRamp, FillsTheFramesOfAPlainLoop) {
                 CKeptTurn leftTurn, rightTurn;
                 SRampFrames frames;
                 for (const int count : {5, SRampFrames::MaxFrames, 1}) {
-                    FillFrames({left, leftTurn}, {right, rightTurn}, frames, count, orders);
+                    FillFrames({left, leftTurn, true}, {right, rightTurn, true}, frames, count,
+                               orders);
                     EXPECT_EQ(frames.m_Channels, &first == &second ? 1 : 2);
                     CheckFrames(frames, 0, count, expectedLeft, orders);
                     CheckFrames(frames, 1, count, expectedRight, orders);
