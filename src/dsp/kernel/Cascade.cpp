@@ -37,11 +37,23 @@ Filters::SBiquadCoefficients GetCoefficients(const SChainCoefficients& from, int
             from.m_a2[chain]};
 }
 
+void ClearCoefficients(SChainCoefficients* coefficients, int section, int frames) {
+    const int chain = Channels * section;
+    for (int i = 0; i < frames; ++i) {
+        for (double* values : {coefficients[i].m_b0, coefficients[i].m_b1, coefficients[i].m_b2,
+                               coefficients[i].m_a1, coefficients[i].m_a2})
+            std::fill_n(values + chain, Channels, 0.0);
+    }
+}
+
 // Where a section hasn't begun yet or has ended, a version reads coefficients all the same.
 void ClearEnds(SChainCoefficients* coefficients, int frames) {
-    constexpr int behind = (Sections - 1) * GroupFrames;
-    std::fill_n(coefficients, behind, SChainCoefficients());
-    std::fill_n(coefficients + frames, behind, SChainCoefficients());
+    for (int s = 0; s < Sections; ++s) {
+        const int begin = s * GroupFrames;
+        const int behind = (Sections - 1) * GroupFrames - begin;
+        ClearCoefficients(coefficients, s, begin);
+        ClearCoefficients(coefficients + begin + frames, s, behind);
+    }
 }
 
 // The frames of the next chunk: whole groups, or none when there are too few.
