@@ -1,5 +1,12 @@
 // The cascade for processors with AVX2: the first section in a vector of two doubles, the other two
 // in one of four.
+
+// The loop has more values than registers, and waits for those that are spilled: so few as can be,
+// in everything that this source compiles.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC optimize("schedule-insns", "sched-pressure")
+#endif
+
 #include "dsp/kernel/CascadeFormulas.h"
 #include "dsp/kernel/CascadeLoop.h"
 
