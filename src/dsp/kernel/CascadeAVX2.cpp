@@ -7,6 +7,7 @@
 #pragma GCC optimize("schedule-insns", "sched-pressure")
 #endif
 
+#include "dsp/kernel/CascadeFloats.h"
 #include "dsp/kernel/CascadeFormulas.h"
 #include "dsp/kernel/CascadeLoop.h"
 
@@ -51,10 +52,7 @@ struct SLanes {
             m_Second = Least(m_Second, second);
         }
         bool HasSeenTiny(const bool* isSilent) const {
-            const int passed = GetTiny(m_Passed);
-            const bool first = (passed & 5) != 0 || GetTiny(m_First) != 0;
-            const bool second = (passed & 10) != 0 || GetTiny(m_Second) != 0;
-            return (first && !isSilent[0]) || (second && !isSilent[1]);
+            return IsAnyTiny(GetTiny(m_Passed), GetTiny(m_First), GetTiny(m_Second), isSilent);
         }
 
     private:
@@ -117,7 +115,7 @@ struct SLanes {
     static CGroup Collect(const F* given) {
         const __m128 early = _mm_movehl_ps(given[1].m_Rest, given[0].m_Rest);
         const __m128 late = _mm_movehl_ps(given[3].m_Rest, given[2].m_Rest);
-        return _mm_shuffle_ps(early, late, _MM_SHUFFLE(2 + Channel, Channel, 2 + Channel, Channel));
+        return PickChannel<Channel>(early, late);
     }
     template <int First, int Last>
     static V Select(const V& yes, const V& no) {
@@ -129,13 +127,6 @@ struct SLanes {
     static CPassed SelectOrOne(CPassed passed) {
         constexpr int running = (First <= 1 && Last >= 1 ? 3 : 0) | (Last >= 2 ? 12 : 0);
         return _mm_blend_ps(_mm_set1_ps(1.0f), passed, running);
-    }
-
-private:
-    // All bits of the exponent are zero.
-    static __m128i IsTiny(__m128 v) {
-        const __m128i exponent = _mm_and_si128(_mm_castps_si128(v), _mm_set1_epi32(0x7f800000));
-        return _mm_cmpeq_epi32(exponent, _mm_setzero_si128());
     }
 };
 

@@ -1,4 +1,5 @@
 // The cascade for every x86-64 processor: the two channels of a section in one vector.
+#include "dsp/kernel/CascadeFloats.h"
 #include "dsp/kernel/CascadeFormulas.h"
 #include "dsp/kernel/CascadeLoop.h"
 
@@ -32,10 +33,7 @@ struct SLanes {
             m_Second = Least(m_Second, second);
         }
         bool HasSeenTiny(const bool* isSilent) const {
-            const int passed = GetTiny(m_Passed);
-            const bool first = (passed & 5) != 0 || GetTiny(m_First) != 0;
-            const bool second = (passed & 10) != 0 || GetTiny(m_Second) != 0;
-            return (first && !isSilent[0]) || (second && !isSilent[1]);
+            return IsAnyTiny(GetTiny(m_Passed), GetTiny(m_First), GetTiny(m_Second), isSilent);
         }
 
     private:
@@ -105,7 +103,7 @@ struct SLanes {
     static CGroup Collect(const F* given) {
         const __m128 early = _mm_movelh_ps(given[0].m_Sections[2], given[1].m_Sections[2]);
         const __m128 late = _mm_movelh_ps(given[2].m_Sections[2], given[3].m_Sections[2]);
-        return _mm_shuffle_ps(early, late, _MM_SHUFFLE(2 + Channel, Channel, 2 + Channel, Channel));
+        return PickChannel<Channel>(early, late);
     }
     template <int First, int Last>
     static V Select(const V& yes, const V& no) {
@@ -119,13 +117,6 @@ struct SLanes {
         const __m128 one = _mm_set1_ps(1.0f);
         const __m128 lower = First <= 1 && Last >= 1 ? passed : one;
         return _mm_shuffle_ps(lower, Last >= 2 ? passed : one, _MM_SHUFFLE(3, 2, 1, 0));
-    }
-
-private:
-    // All bits of the exponent are zero.
-    static __m128i IsTiny(__m128 v) {
-        const __m128i exponent = _mm_and_si128(_mm_castps_si128(v), _mm_set1_epi32(0x7f800000));
-        return _mm_cmpeq_epi32(exponent, _mm_setzero_si128());
     }
 };
 
